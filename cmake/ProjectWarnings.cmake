@@ -1,0 +1,20 @@
+# Warnings are errors on our own code, with g++ and clang alike. Third-party headers come in
+# as system includes, so their warnings do not count.
+function(bql_project_options target)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Werror -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-align
+    -Wunused -Woverloaded-virtual -Wnull-dereference -Wformat=2)
+  if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    target_compile_options(${target} PRIVATE -Wthread-safety)
+  endif()
+  get_target_property(kind ${target} TYPE)
+  if(kind STREQUAL "SHARED_LIBRARY" OR kind STREQUAL "MODULE_LIBRARY")
+    target_link_options(${target} PRIVATE LINKER:--no-undefined)
+  endif()
+endfunction()
+
+# C sources get the same strictness minus the C++-only warnings.
+function(bql_project_c_options target)
+  target_compile_options(${target} PRIVATE
+    $<$<COMPILE_LANGUAGE:C>:-Wall -Wextra -Werror -Wshadow -Wcast-align -Wformat=2>)
+endfunction()
