@@ -26,7 +26,9 @@ bool isScalarValue(char32_t codePoint) {
 }
 
 void appendUtf8(std::string& out, char32_t codePoint) {
-  const auto byte = [](char32_t bits) { return static_cast<char>(static_cast<unsigned char>(bits)); };
+  const auto byte = [](char32_t bits) {
+    return static_cast<char>(static_cast<unsigned char>(bits));
+  };
   if (codePoint < 0x80) {
     out += byte(codePoint);
   } else if (codePoint < 0x800) {

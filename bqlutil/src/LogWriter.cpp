@@ -24,7 +24,9 @@ constexpr int kFailure = -1;
 // The logger used when the caller gives no name.
 constexpr const char kDefaultLoggerName[] = "bqlutil";
 
-std::string textOrEmpty(const char* text) { return text != nullptr ? std::string(text) : std::string(); }
+std::string textOrEmpty(const char* text) {
+  return text != nullptr ? std::string(text) : std::string();
+}
 
 // Holds one entry of log4cxx's per-thread mapped diagnostic context while in scope. Texts are
 // handed over as log4cxx's own UTF-8 strings: its std::string overloads would re-encode them

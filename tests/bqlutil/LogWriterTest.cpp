@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -22,6 +23,39 @@ using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 
 namespace fs = std::filesystem;
+
+// One writer thread: `count` numbered debug lines, counting the calls that report a failure.
+void writeNumberedLines(int writer, int count, std::vector<int>& failures) {
+  for (int i = 0; i < count; ++i) {
+    const std::string message = "writer " + std::to_string(writer) + " line " + std::to_string(i);
+    if (LogWriter_debug(message.c_str(), "void Writer::run()", "<>") != 0) {
+      ++failures[static_cast<std::size_t>(writer)];
+    }
+  }
+}
+
+std::vector<std::string> expectedNumberedLines(int writers, int count) {
+  std::vector<std::string> expected;
+  for (int t = 0; t < writers; ++t) {
+    for (int i = 0; i < count; ++i) {
+      expected.push_back("writer " + std::to_string(t) + " line " + std::to_string(i));
+    }
+  }
+  std::sort(expected.begin(), expected.end());
+  return expected;
+}
+
+// The messages of the writers' lines, sorted; a line that lost its prefix is kept whole.
+std::vector<std::string> writtenNumberedLines(const std::vector<std::string>& lines) {
+  const std::string prefix = "void Writer::run() <> ";
+  std::vector<std::string> written;
+  for (const auto& line : lines) {
+    const auto at = line.find(prefix);
+    written.push_back(at == std::string::npos ? line : line.substr(at + prefix.size()));
+  }
+  std::sort(written.begin(), written.end());
+  return written;
+}
 
 // log4cxx keeps its loggers for the whole process, so every test logs through a logger named
 // after itself into a folder of its own.
@@ -243,42 +277,50 @@ TEST_F(LogWriterTest, NonAsciiTextIsWrittenAsGiven) {
 }
 
 TEST_F(LogWriterTest, LinesFromConcurrentThreadsAreAllWrittenWhole) {
-  constexpr int kThreads = 8;
-  constexpr int kLinesPerThread = 250;
+  constexpr int kWriters = 8;
+  constexpr int kLinesPerWriter = 250;
   ASSERT_EQ(initInto(dir()), 0);
 
+  std::vector<int> failures(kWriters, 0);
   std::vector<std::thread> writers;
-  std::vector<int> failures(kThreads, 0);
-  for (int t = 0; t < kThreads; ++t) {
-    writers.emplace_back([t, &failures] {
-      for (int i = 0; i < kLinesPerThread; ++i) {
-        const std::string message = "writer " + std::to_string(t) + " line " + std::to_string(i);
-        if (LogWriter_debug(message.c_str(), "void Writer::run()", "<>") != 0) {
-          ++failures[static_cast<std::size_t>(t)];
-        }
-      }
-    });
+  for (int t = 0; t < kWriters; ++t) {
+    writers.emplace_back(writeNumberedLines, t, kLinesPerWriter, std::ref(failures));
   }
   for (auto& writer : writers) {
     writer.join();
   }
 
   EXPECT_THAT(failures, ::testing::Each(0));
-  const std::string prefix = "void Writer::run() <> ";
-  std::vector<std::string> written;
-  for (const auto& line : readLines(logFile(dir()))) {
-    const auto at = line.find(prefix);
-    written.push_back(at == std::string::npos ? line : line.substr(at + prefix.size()));
+  EXPECT_EQ(writtenNumberedLines(readLines(logFile(dir()))),
+            expectedNumberedLines(kWriters, kLinesPerWriter));
+}
+
+TEST_F(LogWriterTest, LinesWrittenWhileReinitializingAreNeitherLostNorDuplicated) {
+  constexpr int kWriters = 4;
+  constexpr int kLinesPerWriter = 200;
+  constexpr int kReinits = 40;
+  const fs::path folders[] = {dir() / "even", dir() / "odd"};
+  ASSERT_EQ(initInto(folders[0]), 0);
+
+  std::vector<int> failures(kWriters, 0);
+  std::vector<std::thread> writers;
+  for (int t = 0; t < kWriters; ++t) {
+    writers.emplace_back(writeNumberedLines, t, kLinesPerWriter, std::ref(failures));
   }
-  std::vector<std::string> expected;
-  for (int t = 0; t < kThreads; ++t) {
-    for (int i = 0; i < kLinesPerThread; ++i) {
-      expected.push_back("writer " + std::to_string(t) + " line " + std::to_string(i));
-    }
+  int failedReinits = 0;
+  for (int r = 1; r <= kReinits; ++r) {
+    failedReinits += initInto(folders[r % 2]) != 0 ? 1 : 0;
   }
-  std::sort(written.begin(), written.end());
-  std::sort(expected.begin(), expected.end());
-  EXPECT_EQ(written, expected);
+  for (auto& writer : writers) {
+    writer.join();
+  }
+
+  EXPECT_EQ(failedReinits, 0);
+  EXPECT_THAT(failures, ::testing::Each(0));
+  auto lines = readLines(logFile(folders[0]));
+  const auto odd = readLines(logFile(folders[1]));
+  lines.insert(lines.end(), odd.begin(), odd.end());
+  EXPECT_EQ(writtenNumberedLines(lines), expectedNumberedLines(kWriters, kLinesPerWriter));
 }
 
 }  // namespace
