@@ -1,0 +1,67 @@
+// The runtime's event thread "vexil-events" and its queue: events raised by any thread are
+// delivered here, one at a time and in order, never on the thread that raised them.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <thread>
+
+#include "Mutex.h"
+#include "RuntimeEvent.h"
+
+namespace vexil {
+
+class EventDispatcher {
+public:
+    using Deliver = std::function<void(const RuntimeEvent&)>;
+
+    explicit EventDispatcher(Deliver deliver);
+    EventDispatcher(const EventDispatcher&) = delete;
+    EventDispatcher& operator=(const EventDispatcher&) = delete;
+
+    // Starts the thread and waits for it to report that it runs. VEXIL_E_REFUSED when the
+    // thread cannot be started, or when the caller is the previous event thread, which was
+    // stopped from inside a delivery and has not finished yet. start() and stop() are called
+    // one at a time (the runtime's lifecycle sees to that).
+    int32_t start() EXCLUDES(mutex_);
+
+    // Discards queued events, wakes the thread and joins it. Called on the event thread itself
+    // it only asks the thread to end once the current delivery returns; the next start()
+    // joins it.
+    void stop() EXCLUDES(mutex_);
+
+    // False when the dispatcher is stopped: the event is dropped.
+    bool post(RuntimeEvent event) EXCLUDES(mutex_);
+
+    // True once the queue is empty and no delivery is in progress; false when time ran out.
+    bool waitIdle(std::chrono::milliseconds timeout) EXCLUDES(mutex_);
+
+    bool onEventThread() const EXCLUDES(mutex_);
+
+private:
+    enum class Startup { Pending, Running, Failed };
+
+    void run() EXCLUDES(mutex_);
+    // Marks the previous delivery done, then waits for the next event; nothing once stopped.
+    std::optional<RuntimeEvent> next() EXCLUDES(mutex_);
+    void reportStartup(Startup outcome) EXCLUDES(mutex_);
+
+    const Deliver deliver_;
+    // Touched only by start() and stop(), never concurrently.
+    std::thread thread_;
+
+    mutable Mutex mutex_;
+    std::condition_variable_any changed_;
+    std::deque<RuntimeEvent> queue_ GUARDED_BY(mutex_);
+    bool accepting_ GUARDED_BY(mutex_) = false;
+    bool stopRequested_ GUARDED_BY(mutex_) = false;
+    bool delivering_ GUARDED_BY(mutex_) = false;
+    Startup startup_ GUARDED_BY(mutex_) = Startup::Pending;
+    std::thread::id threadId_ GUARDED_BY(mutex_);
+};
+
+}  // namespace vexil
