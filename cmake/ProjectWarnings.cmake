@@ -7,8 +7,11 @@ function(bql_project_options target)
   if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(${target} PRIVATE -Wthread-safety)
   endif()
+  # Shared libraries must resolve every symbol at link time; sanitized builds are exempt, since
+  # clang links the sanitizer runtimes into executables only.
   get_target_property(kind ${target} TYPE)
-  if(kind STREQUAL "SHARED_LIBRARY" OR kind STREQUAL "MODULE_LIBRARY")
+  if((kind STREQUAL "SHARED_LIBRARY" OR kind STREQUAL "MODULE_LIBRARY")
+     AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=")
     target_link_options(${target} PRIVATE LINKER:--no-undefined)
   endif()
 endfunction()

@@ -18,8 +18,8 @@ extern "C" {
 
 /* API version selectors passed to the entry point. */
 typedef uint32_t Accessory_APIVersion_t;
-#define ACCESSORY_API_CALL_CONTROL_V1_0 ((Accessory_APIVersion_t)0x10001u)
-#define ACCESSORY_API_LOGGER_V1_0 ((Accessory_APIVersion_t)0x10002u)
+#define ACCESSORY_API_CALL_CONTROL_V1_0 0x10001u
+#define ACCESSORY_API_LOGGER_V1_0 0x10002u
 
 /* The client's own enumerations travel as 32-bit integers. */
 typedef int32_t Accessory_LogMsg_Severity;
@@ -31,7 +31,7 @@ typedef int32_t Accessory_PhoneConnectionStatus;
 typedef struct Accessory_Subscriber_Info Accessory_Subscriber_Info;
 
 /* Status every client operation reports on failure (16-bit, all bits set). */
-#define ACCESSORY_STATUS_FAILURE ((int16_t)-1)
+#define ACCESSORY_STATUS_FAILURE (-1)
 
 /* Fills the table selected by version; -1 means failure. */
 typedef int16_t (*accessoryAPIEntryPoint_t)(Accessory_APIVersion_t version, void* table);
