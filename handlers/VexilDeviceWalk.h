@@ -1,0 +1,48 @@
+// Walks the runtime's device list, giving each device back before moving on, also when the
+// visitor throws.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "vexilrt/VexilRTSDKLite.h"
+
+namespace vexilwalk {
+
+struct Releaser {
+    template <typename Runtime>
+    void operator()(Runtime* object) const {
+        object->Release();
+    }
+};
+template <typename Runtime>
+using Held = std::unique_ptr<Runtime, Releaser>;
+
+// Calls visit(device) for each device until it returns true. False when the enumerator is
+// missing or no device matched.
+template <typename Visit>
+bool walkDevices(ISessionManagerInt* manager, Visit visit) {
+    if (manager == nullptr) {
+        return false;
+    }
+    IDeviceEnumerator* raw = nullptr;
+    manager->getDeviceEnumerator(&raw);
+    Held<IDeviceEnumerator> enumerator(raw);
+    if (!enumerator) {
+        return false;
+    }
+    while (enumerator->moveNext() != 0) {
+        Held<IDevice> device(enumerator->current());
+        if (device && visit(*device)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// A device text read through a fixed-size wide buffer, as the runtime fills it.
+enum class DeviceText { Path, ProductName };
+std::wstring readWide(IDevice& device, DeviceText which);
+std::string readNarrow(IDevice& device, DeviceText which);
+
+}  // namespace vexilwalk
