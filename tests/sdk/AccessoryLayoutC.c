@@ -8,8 +8,10 @@
 
 #define SLOT_SIZE sizeof(void (*)(void))
 #define ASSERT_AT(type, member, offset) _Static_assert(offsetof(type, member) == (offset), #member " is at " #offset)
-#define ASSERT_SLOT(type, member, slot) _Static_assert(offsetof(type, member) == (slot) * SLOT_SIZE, #member " is slot " #slot)
-#define ENTRY(type, member) {#member, offsetof(type, member)}
+#define ASSERT_SLOT(type, member, slot) \
+    _Static_assert(offsetof(type, member) == (slot)*SLOT_SIZE, #member " is slot " #slot)
+#define ENTRY(type, member) \
+    { #member, offsetof(type, member) }
 #define COUNT(entries) (sizeof(entries) / sizeof((entries)[0]))
 
 _Static_assert(sizeof(Accessory_CallInfo_v1_0_t) == 112, "call record is 112 bytes");
@@ -62,9 +64,9 @@ ASSERT_SLOT(Accessory_LoggerAPI_v1_0_t, log, 1);
 _Static_assert(sizeof(ACCLogger_t) == 64, "logger record is 64 bytes");
 
 static const SdkLayoutEntry kCallInfo[] = {
-    ENTRY(Accessory_CallInfo_v1_0_t, callId),     ENTRY(Accessory_CallInfo_v1_0_t, reserved0),
-    ENTRY(Accessory_CallInfo_v1_0_t, callState),  ENTRY(Accessory_CallInfo_v1_0_t, conference),
-    ENTRY(Accessory_CallInfo_v1_0_t, number),     ENTRY(Accessory_CallInfo_v1_0_t, displayName),
+    ENTRY(Accessory_CallInfo_v1_0_t, callId),    ENTRY(Accessory_CallInfo_v1_0_t, reserved0),
+    ENTRY(Accessory_CallInfo_v1_0_t, callState), ENTRY(Accessory_CallInfo_v1_0_t, conference),
+    ENTRY(Accessory_CallInfo_v1_0_t, number),    ENTRY(Accessory_CallInfo_v1_0_t, displayName),
     ENTRY(Accessory_CallInfo_v1_0_t, opaque),
 };
 

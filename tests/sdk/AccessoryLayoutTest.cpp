@@ -16,8 +16,7 @@ using Layout = std::map<std::string, std::size_t>;
 
 constexpr std::size_t kSlot = sizeof(void (*)());
 
-#define CXX_SLOT_AT(type, member, slot) \
-    static_assert(offsetof(type, member) == (slot) * kSlot, #member " is slot " #slot)
+#define CXX_SLOT_AT(type, member, slot) static_assert(offsetof(type, member) == (slot)*kSlot, #member " is slot " #slot)
 
 CXX_SLOT_AT(Accessory_CallControlAPI_v1_0_t, getCalls, 0);
 CXX_SLOT_AT(Accessory_CallControlAPI_v1_0_t, unused1, 1);
@@ -79,43 +78,44 @@ Layout slots(std::initializer_list<std::pair<const char*, std::size_t>> named) {
     return layout;
 }
 
-#define CXX_ENTRY(type, member) {#member, offsetof(type, member)}
+#define CXX_ENTRY(type, member) \
+    { #member, offsetof(type, member) }
 
 const Layout kCallInfoLayout = {{"callId", 0},  {"reserved0", 4},    {"callState", 8}, {"conference", 12},
-                                  {"number", 16}, {"displayName", 49}, {"opaque", 104}};
+                                {"number", 16}, {"displayName", 49}, {"opaque", 104}};
 
 const Layout kCallControlLayout = slots({{"getCalls", 0},
-                                           {"makeCall", 3},
-                                           {"answerCall", 4},
-                                           {"endCall", 6},
-                                           {"sendDtmf", 7},
-                                           {"muteCall", 8},
-                                           {"unmuteCall", 9},
-                                           {"holdCall", 18},
-                                           {"resumeCall", 19},
-                                           {"activeDeviceChanged", 21},
-                                           {"releaseActiveDevice", 22},
-                                           {"registerAccessoryCallbacks", 23},
-                                           {"unregisterAccessoryCallbacks", 24},
-                                           {"rejectCall", 25}});
+                                         {"makeCall", 3},
+                                         {"answerCall", 4},
+                                         {"endCall", 6},
+                                         {"sendDtmf", 7},
+                                         {"muteCall", 8},
+                                         {"unmuteCall", 9},
+                                         {"holdCall", 18},
+                                         {"resumeCall", 19},
+                                         {"activeDeviceChanged", 21},
+                                         {"releaseActiveDevice", 22},
+                                         {"registerAccessoryCallbacks", 23},
+                                         {"unregisterAccessoryCallbacks", 24},
+                                         {"rejectCall", 25}});
 
 const Layout kCallbackLayout = slots({{"onAudioMute", 0},
-                                        {"onAudioUnmute", 1},
-                                        {"onOffHook", 4},
-                                        {"onReorder", 5},
-                                        {"onBusy", 6},
-                                        {"onIncoming", 7},
-                                        {"onCallWaiting", 8},
-                                        {"onConnected", 9},
-                                        {"onHold", 10},
-                                        {"onOnHook", 11},
-                                        {"onRemoteAlerting", 12},
-                                        {"onVolumeChanged", 13},
-                                        {"onActiveDeviceChanged", 15},
-                                        {"setDeviceMicrophoneVolume", 17},
-                                        {"setDeviceSpeakerVolume", 18},
-                                        {"onPhoneRegistrationStatusChanged", 19},
-                                        {"notifySubscriberNumbers", 20}});
+                                      {"onAudioUnmute", 1},
+                                      {"onOffHook", 4},
+                                      {"onReorder", 5},
+                                      {"onBusy", 6},
+                                      {"onIncoming", 7},
+                                      {"onCallWaiting", 8},
+                                      {"onConnected", 9},
+                                      {"onHold", 10},
+                                      {"onOnHook", 11},
+                                      {"onRemoteAlerting", 12},
+                                      {"onVolumeChanged", 13},
+                                      {"onActiveDeviceChanged", 15},
+                                      {"setDeviceMicrophoneVolume", 17},
+                                      {"setDeviceSpeakerVolume", 18},
+                                      {"onPhoneRegistrationStatusChanged", 19},
+                                      {"notifySubscriberNumbers", 20}});
 
 TEST(CallInfoLayout, CCompilerPlacesEveryFieldAtTheClientsOffset) {
     const SdkLayoutTable table = sdk_c_call_info_layout();
@@ -125,8 +125,8 @@ TEST(CallInfoLayout, CCompilerPlacesEveryFieldAtTheClientsOffset) {
 
 TEST(CallInfoLayout, CxxCompilerPlacesEveryFieldAtTheClientsOffset) {
     using Info = Accessory_CallInfo_v1_0_t;
-    const Layout cxx = {CXX_ENTRY(Info, callId),     CXX_ENTRY(Info, reserved0),   CXX_ENTRY(Info, callState),
-                        CXX_ENTRY(Info, conference), CXX_ENTRY(Info, number),      CXX_ENTRY(Info, displayName),
+    const Layout cxx = {CXX_ENTRY(Info, callId),     CXX_ENTRY(Info, reserved0), CXX_ENTRY(Info, callState),
+                        CXX_ENTRY(Info, conference), CXX_ENTRY(Info, number),    CXX_ENTRY(Info, displayName),
                         CXX_ENTRY(Info, opaque)};
     EXPECT_EQ(cxx, kCallInfoLayout);
     EXPECT_EQ(sizeof(Info::number), 33u);
@@ -193,8 +193,8 @@ TEST(CallbackLayout, EmptySlotsAreTwoThreeFourteenSixteenTwentyOneAndTwentyTwo) 
     using Table = Accessory_CallControlCallback_v1_0_t;
     const Layout cxx = {CXX_ENTRY(Table, empty2),  CXX_ENTRY(Table, empty3),  CXX_ENTRY(Table, empty14),
                         CXX_ENTRY(Table, empty16), CXX_ENTRY(Table, empty21), CXX_ENTRY(Table, empty22)};
-    EXPECT_EQ(cxx, slots({{"empty2", 2}, {"empty3", 3}, {"empty14", 14}, {"empty16", 16}, {"empty21", 21},
-                          {"empty22", 22}}));
+    EXPECT_EQ(
+        cxx, slots({{"empty2", 2}, {"empty3", 3}, {"empty14", 14}, {"empty16", 16}, {"empty21", 21}, {"empty22", 22}}));
 }
 
 TEST(LoggerLayout, GetLoggerIsSlotZeroAndLogSlotOneInBothLanguages) {

@@ -12,7 +12,7 @@
 #include "OperationLog.h"
 #include "RawVtable.h"
 
-#define SDKTEST_RESERVED(n)        \
+#define SDKTEST_RESERVED(n)          \
     int32_t reserved##n() override { \
         log.record("reserved" #n);   \
         return n;                    \

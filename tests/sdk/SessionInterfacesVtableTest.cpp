@@ -245,8 +245,8 @@ TEST(SessionManagerIntVtable, RegisterSessionIsPositionOneAndFillsTheOutput) {
     manager.session = &session;
     ISessionManagerInt* object = &manager;
     ISession* out = nullptr;
-    EXPECT_EQ(callSlot<int32_t(const wchar_t*, int32_t, ISession**)>(
-                  object, indexOfPosition(1), VEXIL_SOFTPHONE_COLLOQ, VEXIL_SESSION_KIND_SOFTPHONE, &out),
+    EXPECT_EQ(callSlot<int32_t(const wchar_t*, int32_t, ISession**)>(object, indexOfPosition(1), VEXIL_SOFTPHONE_COLLOQ,
+                                                                     VEXIL_SESSION_KIND_SOFTPHONE, &out),
               101);
     EXPECT_EQ(out, &session);
     EXPECT_EQ(manager.log.last(), "registerSession(\"Veltra Colloq\",3100," + addressText(&out) + ")");
