@@ -2,8 +2,8 @@
 # as system includes, so their warnings do not count.
 function(bql_project_options target)
   target_compile_options(${target} PRIVATE
-    -Wall -Wextra -Werror -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-align
-    -Wunused -Woverloaded-virtual -Wnull-dereference -Wformat=2)
+    -Wall -Wextra -Werror -Wshadow -Wcast-align -Wunused -Wnull-dereference -Wformat=2
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual>)
   if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(${target} PRIVATE -Wthread-safety)
   endif()
