@@ -15,7 +15,8 @@ constexpr const char* kThreadName = "vexil-events";
 
 }  // namespace
 
-EventDispatcher::EventDispatcher(Deliver deliver) : deliver_(std::move(deliver)) {}
+EventDispatcher::EventDispatcher(Deliver deliver, Ended ended)
+    : deliver_(std::move(deliver)), ended_(std::move(ended)) {}
 
 int32_t EventDispatcher::start() {
     if (thread_.joinable()) {
@@ -51,18 +52,25 @@ int32_t EventDispatcher::start() {
     return VEXIL_OK;
 }
 
-void EventDispatcher::stop() {
+bool EventDispatcher::stop() {
     {
         MutexLock lock(mutex_);
         accepting_ = false;
         stopRequested_ = true;
         queue_.clear();
         if (threadId_ == std::this_thread::get_id()) {
-            return;
+            return false;
         }
     }
     changed_.notify_all();
     if (thread_.joinable()) {
+        thread_.join();
+    }
+    return true;
+}
+
+void EventDispatcher::joinEnded() {
+    if (thread_.joinable() && thread_.get_id() != std::this_thread::get_id()) {
         thread_.join();
     }
 }
@@ -134,6 +142,7 @@ void EventDispatcher::run() {
             // The thread outlives any one event.
         }
     }
+    ended_();
 }
 
 }  // namespace vexil

@@ -18,8 +18,10 @@ namespace vexil {
 class EventDispatcher {
 public:
     using Deliver = std::function<void(const RuntimeEvent&)>;
+    using Ended = std::function<void()>;
 
-    explicit EventDispatcher(Deliver deliver);
+    // `ended` runs on the event thread as its very last work, after its last delivery.
+    EventDispatcher(Deliver deliver, Ended ended);
     EventDispatcher(const EventDispatcher&) = delete;
     EventDispatcher& operator=(const EventDispatcher&) = delete;
 
@@ -29,10 +31,14 @@ public:
     // one at a time (the runtime's lifecycle sees to that).
     int32_t start() EXCLUDES(mutex_);
 
-    // Discards queued events, wakes the thread and joins it. Called on the event thread itself
-    // it only asks the thread to end once the current delivery returns; the next start()
-    // joins it.
-    void stop() EXCLUDES(mutex_);
+    // Discards queued events, wakes the thread and joins it; true then. Called on the event
+    // thread itself it only asks the thread to end once the current delivery returns, and
+    // gives false; the next start() joins it.
+    bool stop() EXCLUDES(mutex_);
+
+    // Joins a thread that ended after being stopped from inside a delivery. Only once the
+    // thread has said its last word (the `ended` callback), and never on that thread.
+    void joinEnded();
 
     // False when the dispatcher is stopped: the event is dropped.
     bool post(RuntimeEvent event) EXCLUDES(mutex_);
@@ -51,6 +57,7 @@ private:
     void reportStartup(Startup outcome) EXCLUDES(mutex_);
 
     const Deliver deliver_;
+    const Ended ended_;
     // Touched only by start() and stop(), never concurrently.
     std::thread thread_;
 

@@ -14,7 +14,7 @@ Runtime& Runtime::instance() {
 }
 
 Runtime::Runtime()
-    : dispatcher_([this](const RuntimeEvent& event) { deliver(event); }),
+    : dispatcher_([this](const RuntimeEvent& event) { deliver(event); }, [this] { eventThreadEnded(); }),
       sessionManager_(*this),
       sessionManagerInt_(*this),
       deviceManager_(*this),
@@ -65,7 +65,12 @@ int32_t Runtime::start() {
 void Runtime::stop() {
     {
         MutexLock lock(lifecycle_);
-        if (!awaitSettled(lock) || phase_ != Phase::Running) {
+        if (!awaitSettled(lock)) {
+            return;
+        }
+        if (phase_ == Phase::Stopped) {
+            // A shut-down from inside a delivery left its ended thread to be joined.
+            dispatcher_.joinEnded();
             return;
         }
         phase_ = Phase::Stopping;
@@ -75,8 +80,24 @@ void Runtime::stop() {
         callSubscribers_.close(*pluginId);
     }
     managerSubscribers_.close(generation_.load());
-    dispatcher_.stop();
-    setPhase(Phase::Stopped);
+    if (dispatcher_.stop()) {
+        setPhase(Phase::Stopped);
+    } else {
+        MutexLock lock(lifecycle_);
+        stoppedFromEventThread_ = true;
+    }
+}
+
+void Runtime::eventThreadEnded() {
+    {
+        MutexLock lock(lifecycle_);
+        if (!stoppedFromEventThread_) {
+            return;
+        }
+        stoppedFromEventThread_ = false;
+        phase_ = Phase::Stopped;
+    }
+    phaseChanged_.notify_all();
 }
 
 bool Runtime::resetWhenStopped() {
@@ -84,6 +105,7 @@ bool Runtime::resetWhenStopped() {
     if (phase_ != Phase::Stopped) {
         return false;
     }
+    dispatcher_.joinEnded();
     headsets_.clear();
     sessions_.reset();
     callStates_.clear();

@@ -76,6 +76,8 @@ private:
     bool awaitSettled(MutexLock& lock) REQUIRES(lifecycle_);
     void setPhase(Phase phase) EXCLUDES(lifecycle_);
     void deliver(const RuntimeEvent& event);
+    // The event thread's last word: completes a shut-down that was started on it.
+    void eventThreadEnded() EXCLUDES(lifecycle_);
 
     FaultInjector faults_;
     CommandLog commands_;
@@ -96,6 +98,9 @@ private:
     Mutex lifecycle_;
     std::condition_variable_any phaseChanged_;
     Phase phase_ GUARDED_BY(lifecycle_) = Phase::Stopped;
+    // A shut-down ran on the event thread, which could not join itself: the runtime counts as
+    // stopped once that thread has ended.
+    bool stoppedFromEventThread_ GUARDED_BY(lifecycle_) = false;
 };
 
 }  // namespace vexil

@@ -19,11 +19,14 @@
  * - reserved placeholder positions always return VEXIL_E_NOT_SUPPORTED.
  *
  * InitVexilRuntime        0; idempotent. Starts the event thread "vexil-events". Called from the
- *                         event thread while a shut-down from that thread is still unwinding it
- *                         returns VEXIL_E_REFUSED (the thread cannot wait for itself).
+ *                         event thread while the runtime is being shut down it returns
+ *                         VEXIL_E_REFUSED (that thread cannot wait for its own end).
  * ShutDownVexilRuntime    drops the session and every subscriber, discards queued events, wakes
  *                         and joins the event thread; idempotent. Headsets, the command log,
  *                         the call states, the mute flag and the default softphone stay.
+ *                         Called from the event thread it returns at once, and the runtime is
+ *                         stopped when that delivery returns; InitVexilRuntime and
+ *                         ShutDownVexilRuntime on other threads wait for that.
  * getSessionManager, getSessionManagerInt, getDeviceManager
  *                         0 and the runtime's singleton (never released).
  * ISessionManagerInt::registerSession(name, kind, out)
