@@ -1,0 +1,63 @@
+// The message-port pipe off Apple systems. Each port is a Unix datagram socket bound to a file named
+// after the port in the private port directory. One named thread receives, running an io_context
+// as its run loop; sends go out on the caller's thread, one datagram per block.
+#pragma once
+
+#include <functional>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "hubproxy/AnnotatedMutex.h"
+#include "hubproxy/IPipe.h"
+
+namespace boost::asio {
+class io_context;
+}
+
+class LinuxCommonPipe : public IPipe {
+public:
+    // Starts nothing. `timeout` is the send time-out in seconds.
+    LinuxCommonPipe(std::string localName, std::string remoteName, std::function<void()> onConnected,
+                    std::function<int(unsigned char*, int)> onReceive, int timeout);
+
+    // Stops a running receiver, then starts a new one and returns once it listens on the local port
+    // or has failed to get it (another live owner, a refused port directory). Throws
+    // std::system_error "thread constructor failed" when no thread can be started.
+    void StartPipe() override;
+    // Stops the receiver and joins it, also one that ended after a failed port creation. The local
+    // port's file is gone when it returns. Must not be called from inside onReceive.
+    void StopPipe() override;
+    // Sends one datagram to the remote port and returns; dropped silently when nobody has the port,
+    // waits at most `timeout` seconds for room at a full receiver.
+    void Send(unsigned char* data, int length) override;
+    void Receive() override;
+    // Whether the receiving thread serves the local port: false when stopped or when the last
+    // start could not get the port.
+    bool IsListening();
+    // Kept as an empty hook; the endpoint calls it before stopping the pipe.
+    void SetFlags(bool, bool);
+
+protected:
+    // Stops the pipe, so that a forgotten StopPipe never leaves a joinable thread behind.
+    ~LinuxCommonPipe();
+
+private:
+    void StartInThread(std::promise<void> started);
+
+    const std::string localName;
+    const std::string remoteName;
+    const int timeout;
+    // Stored but never called: this transport has no "connected" moment.
+    const std::function<void()> onConnected;
+    const std::function<int(unsigned char*, int)> onReceive;
+    // Owns the sockets of sends; never run, since sends complete on the caller's thread.
+    const std::unique_ptr<boost::asio::io_context> sendContext;
+
+    detail::AnnotatedMutex<std::mutex> lock;
+    std::thread runThread BQL_GUARDED_BY(lock);
+    // The receiving thread's loop while it runs; owned by that thread.
+    boost::asio::io_context* runLoop BQL_GUARDED_BY(lock) = nullptr;
+};
