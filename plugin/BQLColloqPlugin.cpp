@@ -124,7 +124,8 @@ BQLColloqPlugin::~BQLColloqPlugin() {
     if (callQueue.Size() != 0) {
         callQueue.Clear();
     }
-    // A fresh once-flag lets a later initialize build a new instance in this process.
-    new (&flagSingleton) boost::once_flag;
+    // A fresh once-flag lets a later initialize build a new instance in this process. Braces:
+    // boost's once_flag may be a plain aggregate, which default-initialisation leaves as it was.
+    new (&flagSingleton) boost::once_flag{};
     pInstance.store(nullptr);
 }
