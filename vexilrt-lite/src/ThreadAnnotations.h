@@ -11,7 +11,6 @@
 #define CAPABILITY(x) VEXIL_THREAD_ATTRIBUTE(capability(x))
 #define SCOPED_CAPABILITY VEXIL_THREAD_ATTRIBUTE(scoped_lockable)
 #define GUARDED_BY(x) VEXIL_THREAD_ATTRIBUTE(guarded_by(x))
-#define PT_GUARDED_BY(x) VEXIL_THREAD_ATTRIBUTE(pt_guarded_by(x))
 #define REQUIRES(...) VEXIL_THREAD_ATTRIBUTE(requires_capability(__VA_ARGS__))
 #define EXCLUDES(...) VEXIL_THREAD_ATTRIBUTE(locks_excluded(__VA_ARGS__))
 #define ACQUIRE(...) VEXIL_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
