@@ -7,6 +7,12 @@ namespace headsetactions {
 
 namespace {
 
+constexpr const char* kCasePrefix = "processVexilEvent(EventPtr comeEvent): case: ";
+
+void logCase(BQLColloqPlugin& plugin, const char* name) {
+    plugin.WriteLog(ACCESSORY_LOG_TRACE, (std::string(kCasePrefix) + name).c_str());
+}
+
 void replaceFirst(std::string& text, char from, char to) {
     const std::string::size_type at = text.find(from);
     if (at != std::string::npos) {
@@ -16,7 +22,52 @@ void replaceFirst(std::string& text, char from, char to) {
 
 }  // namespace
 
-void sendDtmfKeys(Accessory_CallControlAPI_v1_0_t& api, const std::string& device, const std::string& keys) {
+Accessory_CallControlAPI_v1_0_t* beginHeadsetEvent(BQLColloqPlugin& plugin, const BQLColloqEvent& event) {
+    plugin.WriteLog(ACCESSORY_LOG_TRACE, "processVexilEvent(EventPtr comeEvent): CallID = %d", event.callId);
+    Accessory_CallControlAPI_v1_0_t* api = plugin.getCallControlAPI();
+    if (api == nullptr) {
+        plugin.WriteLog(ACCESSORY_LOG_MISSING_TABLE,
+                        "processVexilEvent(EventPtr comeEvent): Failed to get Accessory Provider API!");
+        return nullptr;
+    }
+    if (event.info.empty()) {
+        // Events without a device are treated as fakes.
+        plugin.WriteLog(ACCESSORY_LOG_MILESTONE, "processVexilEvent(EventPtr comeEvent): Fake device, ignore events!");
+        return nullptr;
+    }
+    return api;
+}
+
+void pressButton(Button button, BQLColloqPlugin& plugin, Accessory_CallControlAPI_v1_0_t& api,
+                 const std::string& device) {
+    switch (button) {
+        case Button::Accept:
+            logCase(plugin, "CALL_STATE_ACCEPT_CALL");
+            api.answerCall(device.c_str());
+            break;
+        case Button::Resume:
+            logCase(plugin, "CALL_STATE_RESUME_CALL");
+            api.resumeCall(device.c_str());
+            break;
+        case Button::MuteOn:
+            logCase(plugin, "CALL_STATE_MUTEON");
+            api.muteCall(device.c_str());
+            break;
+        case Button::MuteOff:
+            logCase(plugin, "CALL_STATE_MUTEOFF");
+            api.unmuteCall(device.c_str());
+            break;
+        case Button::Reject:
+            logCase(plugin, "CALL_STATE_REJECT_CALL");
+            api.rejectCall(device.c_str());
+            break;
+    }
+}
+
+void sendDtmfKeys(BQLColloqPlugin& plugin, Accessory_CallControlAPI_v1_0_t& api, const std::string& device,
+                  const std::string& keys) {
+    plugin.WriteLog(ACCESSORY_LOG_TRACE, "processVexilEvent(EventPtr comeEvent): case: CALL_STATE_DTMF_KEY: %s",
+                    keys.c_str());
     if (keys == VEXIL_NO_DTMF_KEY) {
         return;
     }
@@ -26,6 +77,7 @@ void sendDtmfKeys(Accessory_CallControlAPI_v1_0_t& api, const std::string& devic
 }
 
 void holdIfSingleCall(BQLColloqPlugin& plugin, Accessory_CallControlAPI_v1_0_t& api, const std::string& device) {
+    logCase(plugin, "CALL_STATE_HOLD_CALL");
     if (plugin.callCount() == 1) {
         api.holdCall(device.c_str());
     }
@@ -33,7 +85,7 @@ void holdIfSingleCall(BQLColloqPlugin& plugin, Accessory_CallControlAPI_v1_0_t& 
 
 void endCallFromHeadset(BQLColloqPlugin& plugin, Accessory_CallControlAPI_v1_0_t& api, int callId,
                         const std::string& device, EndCallStyle style) {
-    plugin.WriteLog(ACCESSORY_LOG_TRACE, "processVexilEvent(EventPtr comeEvent): case: CALL_STATE_TERMINATE_CALL");
+    logCase(plugin, "CALL_STATE_TERMINATE_CALL");
     if (callId == BQL_NO_CALL_ID) {
         return;
     }

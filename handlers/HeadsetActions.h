@@ -6,16 +6,26 @@
 #include "colloq/AccessoryAPI.h"
 
 class BQLColloqPlugin;
+struct BQLColloqEvent;
 
 namespace headsetactions {
 
-// Log prefix of every headset-event line in the client's log.
-constexpr const char* kCasePrefix = "processVexilEvent(EventPtr comeEvent): case: ";
+// The common start of handling a headset event: the "CallID" line, then the client's table
+// and the event's device are required. Returns the table, or null when the event stops here.
+Accessory_CallControlAPI_v1_0_t* beginHeadsetEvent(BQLColloqPlugin& plugin, const BQLColloqEvent& event);
 
-// One send-DTMF per key, in order; the runtime's "255" means no key.
-void sendDtmfKeys(Accessory_CallControlAPI_v1_0_t& api, const std::string& device, const std::string& keys);
+// Buttons that map to one client operation each; both handlers log them under the runtime's
+// code names.
+enum class Button { Accept, Resume, MuteOn, MuteOff, Reject };
+void pressButton(Button button, BQLColloqPlugin& plugin, Accessory_CallControlAPI_v1_0_t& api,
+                 const std::string& device);
 
-// The headset's hold button only acts while exactly one call is tracked.
+// One send-DTMF per key, in order, after the key line; the runtime's "255" means no key.
+void sendDtmfKeys(BQLColloqPlugin& plugin, Accessory_CallControlAPI_v1_0_t& api, const std::string& device,
+                  const std::string& keys);
+
+// The headset's hold button only acts while exactly one call is tracked (the case line is
+// written in every case).
 void holdIfSingleCall(BQLColloqPlugin& plugin, Accessory_CallControlAPI_v1_0_t& api, const std::string& device);
 
 // How the two handlers differ when they end a call for the headset: the direct one logs that

@@ -101,54 +101,35 @@ void BQLColloqVexil::pushEvent(std::shared_ptr<BQLColloqEvent> event) {
 }
 
 void BQLColloqVexil::ProcessVexilEvent(std::shared_ptr<BQLColloqEvent> event) {
+    using headsetactions::Button;
     BQLColloqPlugin& plugin = *BQLColloqPlugin::getInstance();
-    plugin.WriteLog(ACCESSORY_LOG_TRACE, "processVexilEvent(EventPtr comeEvent): CallID = %d", event->callId);
-    Accessory_CallControlAPI_v1_0_t* api = plugin.getCallControlAPI();
+    Accessory_CallControlAPI_v1_0_t* api = headsetactions::beginHeadsetEvent(plugin, *event);
     if (api == nullptr) {
-        plugin.WriteLog(ACCESSORY_LOG_MISSING_TABLE,
-                        "processVexilEvent(EventPtr comeEvent): Failed to get Accessory Provider API!");
         return;
     }
     const std::string& device = event->info;
-    if (device.empty()) {
-        // Events without a device are treated as fakes.
-        plugin.WriteLog(ACCESSORY_LOG_MILESTONE, "processVexilEvent(EventPtr comeEvent): Fake device, ignore events!");
-        return;
-    }
-    const auto logCase = [&plugin](const char* name) {
-        plugin.WriteLog(ACCESSORY_LOG_TRACE, (std::string(headsetactions::kCasePrefix) + name).c_str());
-    };
     switch (static_cast<int32_t>(event->vexilState)) {
         case CALL_STATE_ACCEPT_CALL:
-            logCase("CALL_STATE_ACCEPT_CALL");
-            api->answerCall(device.c_str());
+            headsetactions::pressButton(Button::Accept, plugin, *api, device);
             break;
         case CALL_STATE_HOLD_CALL:
-            logCase("CALL_STATE_HOLD_CALL");
             headsetactions::holdIfSingleCall(plugin, *api, device);
             break;
         case CALL_STATE_RESUME_CALL:
-            logCase("CALL_STATE_RESUME_CALL");
-            api->resumeCall(device.c_str());
+            headsetactions::pressButton(Button::Resume, plugin, *api, device);
             break;
         case CALL_STATE_MUTEON:
-            logCase("CALL_STATE_MUTEON");
-            api->muteCall(device.c_str());
+            headsetactions::pressButton(Button::MuteOn, plugin, *api, device);
             break;
         case CALL_STATE_MUTEOFF:
-            logCase("CALL_STATE_MUTEOFF");
-            api->unmuteCall(device.c_str());
+            headsetactions::pressButton(Button::MuteOff, plugin, *api, device);
             break;
         case CALL_STATE_REJECT_CALL:
-            logCase("CALL_STATE_REJECT_CALL");
-            api->rejectCall(device.c_str());
+            headsetactions::pressButton(Button::Reject, plugin, *api, device);
             break;
         case CALL_STATE_DTMF_KEY:
-            plugin.WriteLog(ACCESSORY_LOG_TRACE, "processVexilEvent(EventPtr comeEvent): case: CALL_STATE_DTMF_KEY: %s",
-                            event->name.c_str());
-            if (!event->name.empty()) {
-                headsetactions::sendDtmfKeys(*api, device, event->name);
-            }
+            // The runtime's first key text; an empty one sends nothing, like "255".
+            headsetactions::sendDtmfKeys(plugin, *api, device, event->name);
             break;
         case CALL_STATE_TERMINATE_CALL:
         case kTerminateAlternative:

@@ -187,22 +187,14 @@ void BQLColloqVexilProxy::notifyPluginAboutEvent(const ColloqCallArgs& record) {
 }
 
 void BQLColloqVexilProxy::ProcessVexilEvent(std::shared_ptr<BQLColloqEvent> event) {
+    using headsetactions::Button;
     BQLColloqPlugin& plugin = *BQLColloqPlugin::getInstance();
-    plugin.WriteLog(ACCESSORY_LOG_TRACE, "processVexilEvent(EventPtr comeEvent): CallID = %d", event->callId);
-    Accessory_CallControlAPI_v1_0_t* api = plugin.getCallControlAPI();
+    Accessory_CallControlAPI_v1_0_t* api = headsetactions::beginHeadsetEvent(plugin, *event);
     if (api == nullptr) {
-        plugin.WriteLog(ACCESSORY_LOG_MISSING_TABLE,
-                        "processVexilEvent(EventPtr comeEvent): Failed to get Accessory Provider API!");
         return;
     }
     const std::string& device = event->info;
-    if (device.empty()) {
-        plugin.WriteLog(ACCESSORY_LOG_MILESTONE, "processVexilEvent(EventPtr comeEvent): Fake device, ignore events!");
-        return;
-    }
-    const auto logCase = [&plugin](const char* name) {
-        plugin.WriteLog(ACCESSORY_LOG_TRACE, (std::string(headsetactions::kCasePrefix) + name).c_str());
-    };
+    // The hub's own numbering, not the runtime's.
     switch (static_cast<uint32_t>(event->vexilState)) {
         case COLLOQ_DEVICE_SELECTED:
             plugin.changeActiveColloqDevice(device);
@@ -219,8 +211,7 @@ void BQLColloqVexilProxy::ProcessVexilEvent(std::shared_ptr<BQLColloqEvent> even
             }
             break;
         case COLLOQ_ACCEPT_CALL:
-            logCase("CALL_STATE_ACCEPT_CALL");
-            api->answerCall(device.c_str());
+            headsetactions::pressButton(Button::Accept, plugin, *api, device);
             break;
         case COLLOQ_TERMINATE_CALL:
         case COLLOQ_TERMINATE_CALL_ALT:
@@ -228,29 +219,22 @@ void BQLColloqVexilProxy::ProcessVexilEvent(std::shared_ptr<BQLColloqEvent> even
                                                headsetactions::EndCallStyle::Hub);
             break;
         case COLLOQ_HOLD_CALL:
-            logCase("CALL_STATE_HOLD_CALL");
             headsetactions::holdIfSingleCall(plugin, *api, device);
             break;
         case COLLOQ_RESUME_CALL:
-            logCase("CALL_STATE_RESUME_CALL");
-            api->resumeCall(device.c_str());
+            headsetactions::pressButton(Button::Resume, plugin, *api, device);
             break;
         case COLLOQ_MUTE_ON:
-            logCase("CALL_STATE_MUTEON");
-            api->muteCall(device.c_str());
+            headsetactions::pressButton(Button::MuteOn, plugin, *api, device);
             break;
         case COLLOQ_MUTE_OFF:
-            logCase("CALL_STATE_MUTEOFF");
-            api->unmuteCall(device.c_str());
+            headsetactions::pressButton(Button::MuteOff, plugin, *api, device);
             break;
         case COLLOQ_DTMF_KEY:
-            plugin.WriteLog(ACCESSORY_LOG_TRACE, "processVexilEvent(EventPtr comeEvent): case: CALL_STATE_DTMF_KEY: %s",
-                            event->value.c_str());
-            headsetactions::sendDtmfKeys(*api, device, event->value);
+            headsetactions::sendDtmfKeys(plugin, *api, device, event->value);
             break;
         case COLLOQ_REJECT_CALL:
-            logCase("CALL_STATE_REJECT_CALL");
-            api->rejectCall(device.c_str());
+            headsetactions::pressButton(Button::Reject, plugin, *api, device);
             break;
         case COLLOQ_DEVICE_CHANGE:
             changeDeviceFromHub(plugin, *event);
