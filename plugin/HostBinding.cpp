@@ -24,11 +24,14 @@ constexpr const char* kUnregisterCallbacks = "void BQLColloqPlugin::unregisterCa
 int BQLColloqPlugin::initializeColloqPoints(accessoryAPIEntryPoint_t entry) {
     funclog trace(kInitializeColloqPoints);
 
+    // A table the client refuses stays empty rather than keeping an earlier bind's slots.
+    callControlTable = Accessory_CallControlAPI_v1_0_t{};
     callControlAPI.store(&callControlTable);
     if (entry(ACCESSORY_API_CALL_CONTROL_V1_0, &callControlTable) == ACCESSORY_STATUS_FAILURE) {
         LogWriter_error("Failed to get call control AM API.", kInitializeColloqPoints, "<>");
         return -1;
     }
+    loggerTable = Accessory_LoggerAPI_v1_0_t{};
     loggerAPI.store(&loggerTable);
     if (entry(ACCESSORY_API_LOGGER_V1_0, &loggerTable) == ACCESSORY_STATUS_FAILURE) {
         LogWriter_error("Fail to get the logger API.", kInitializeColloqPoints, "<>");
@@ -120,7 +123,9 @@ int BQLColloqPlugin::unInitializeColloqPoints() {
 
 void BQLColloqPlugin::unregisterCallbacks() {
     if (Accessory_CallControlAPI_v1_0_t* api = callControlAPI.load()) {
-        if (api->unregisterAccessoryCallbacks(callbackTable.load()) != 0) {
+        // The table is still empty when the client refused to fill it.
+        if (api->unregisterAccessoryCallbacks != nullptr &&
+            api->unregisterAccessoryCallbacks(callbackTable.load()) != 0) {
             WriteLog(ACCESSORY_LOG_FAILURE, "Failed to unregister callbacks...");
             LogWriter_error("Failed to unregister the callbacks.", kUnregisterCallbacks, "<>");
         }
