@@ -1,6 +1,5 @@
 #include "hubproxy/LinuxCommonPipe.h"
 
-#include <pthread.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 
@@ -11,6 +10,7 @@
 #include "platform/AsioLocalSockets.h"
 
 #include "bqlutil/LogWriter.h"
+#include "platform/ThreadName.h"
 #include "hubproxy/LocalPort.h"
 #include "platform/PortDirectory.h"
 
@@ -50,7 +50,7 @@ void LinuxCommonPipe::StartPipe() {
 }
 
 void LinuxCommonPipe::StartInThread(std::promise<void> started) {
-    pthread_setname_np(pthread_self(), kReceiverThreadName);
+    platform::nameCurrentThread(kReceiverThreadName);
     std::unique_ptr<boost::asio::io_context> loop;
     std::unique_ptr<LocalPort> port;
     try {

@@ -1,6 +1,5 @@
 #include "hubproxy/MacCommonPipe.h"
 
-#include <pthread.h>
 
 #include <cstring>
 #include <exception>
@@ -8,6 +7,7 @@
 #include <system_error>
 
 #include "bqlutil/LogWriter.h"
+#include "platform/ThreadName.h"
 
 namespace {
 
@@ -56,7 +56,7 @@ void MacCommonPipe::StartPipe() {
 }
 
 void MacCommonPipe::StartInThread(std::promise<void> started) {
-    pthread_setname_np(kReceiverThreadName);
+    platform::nameCurrentThread(kReceiverThreadName);
     {
         detail::ScopedLock<decltype(lock)> guard(lock);
         localPort = localName == nullptr
