@@ -8,13 +8,18 @@ namespace hostharness {
 uint64_t Journal::append(RecordedCall call) {
     call.thread = std::this_thread::get_id();
     uint64_t sequence = 0;
+    std::shared_ptr<const Listener> listener;
     {
         MutexLock lock(mutex_);
         sequence = nextSequence_++;
         call.sequence = sequence;
-        entries_.push_back(std::move(call));
+        entries_.push_back(call);
+        listener = listener_;
     }
     appended_.notify_all();
+    if (listener) {
+        (*listener)(call);
+    }
     return sequence;
 }
 
@@ -59,6 +64,15 @@ void Journal::clear() {
     MutexLock lock(mutex_);
     entries_.clear();
     nextSequence_ = 1;
+}
+
+void Journal::setListener(Listener listener) {
+    std::shared_ptr<const Listener> replacement;
+    if (listener) {
+        replacement = std::make_shared<const Listener>(std::move(listener));
+    }
+    MutexLock lock(mutex_);
+    listener_ = std::move(replacement);
 }
 
 HarnessStatus Journal::waitUntil(const Predicate& wanted, std::chrono::milliseconds timeout, RecordedCall* matched) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "hostharness/Expectation.h"
@@ -18,6 +19,11 @@ namespace hostharness {
 
 class Journal {
 public:
+    // Told about every call right after it is journalled, on the plug-in's thread that made it,
+    // with no lock held; it must return quickly (a host that reacts hands the call to its own
+    // thread). A listener already running when it is replaced or removed may still finish.
+    using Listener = std::function<void(const RecordedCall&)>;
+
     // Stamps the call with the next sequence number and the calling thread, keeps it and wakes
     // every waiter. Returns the sequence number.
     uint64_t append(RecordedCall call) HH_EXCLUDES(mutex_);
@@ -37,8 +43,11 @@ public:
     HarnessStatus waitForLog(const LogExpectation& expected, std::chrono::milliseconds timeout,
                              RecordedCall* matched = nullptr) HH_EXCLUDES(mutex_);
 
-    // Forgets every entry; the next one is number 1 again.
+    // Forgets every entry; the next one is number 1 again. The listener stays.
     void clear() HH_EXCLUDES(mutex_);
+
+    // Replaces the listener; an empty function removes it.
+    void setListener(Listener listener) HH_EXCLUDES(mutex_);
 
 private:
     using Predicate = std::function<bool(const RecordedCall&)>;
@@ -50,6 +59,7 @@ private:
     std::condition_variable appended_;
     std::vector<RecordedCall> entries_ HH_GUARDED_BY(mutex_);
     uint64_t nextSequence_ HH_GUARDED_BY(mutex_) = 1;
+    std::shared_ptr<const Listener> listener_ HH_GUARDED_BY(mutex_);
 };
 
 }  // namespace hostharness

@@ -1,0 +1,44 @@
+// Shows on the timeline every call command the substitute runtime received from the plug-in.
+// The runtime only keeps a command log and announces nothing, so a named thread
+// ("runtime-watch") reads the log's new entries at a short interval until it is woken to stop.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <future>
+#include <string>
+#include <thread>
+
+#include "Timeline.h"
+#include "hostharness/ThreadAnnotations.h"
+#include "vexilctl/VexilControl.h"
+
+namespace colloqsim {
+
+class RuntimeWatcher {
+public:
+    explicit RuntimeWatcher(Timeline& timeline) : timeline_(timeline) {}
+    ~RuntimeWatcher() { stop(); }
+    RuntimeWatcher(const RuntimeWatcher&) = delete;
+    RuntimeWatcher& operator=(const RuntimeWatcher&) = delete;
+
+    bool start(std::string* error) HH_EXCLUDES(mutex_);
+    // Shows what is left in the log, then stops and joins the thread.
+    void stop() HH_EXCLUDES(mutex_);
+
+private:
+    void run(std::promise<void>* started) HH_EXCLUDES(mutex_);
+    void showNewCommands();
+
+    Timeline& timeline_;
+    hostharness::Mutex mutex_;
+    std::condition_variable wake_;
+    bool stopping_ HH_GUARDED_BY(mutex_) = false;
+    int32_t shown_ = 0;  // log entries shown so far; only the watcher's thread touches it
+    std::thread thread_;
+};
+
+// The timeline line of one runtime command.
+TimelineEvent describeCommand(const VexilCtlCommand& command);
+
+}  // namespace colloqsim

@@ -1,0 +1,50 @@
+// The ordered record of every interaction of a run: it stamps each with the milliseconds since
+// the start, prints it, and lets a scenario wait for one that matches an expectation.
+// Thread-safe: the client's thread, the plug-in's threads, the runtime watcher and the hub
+// reader all record while the scenario waits.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "TimelineEvent.h"
+#include "TimelinePrinter.h"
+#include "hostharness/ThreadAnnotations.h"
+
+namespace colloqsim {
+
+class Timeline {
+public:
+    // Log lines are kept for expectations either way, but printed only with showLog.
+    Timeline(std::unique_ptr<TimelinePrinter> printer, bool showLog);
+
+    void record(TimelineEvent event) HH_EXCLUDES(mutex_);
+    void note(const std::string& text) HH_EXCLUDES(mutex_);
+    void problem(const std::string& text) HH_EXCLUDES(mutex_);
+
+    // Waits for the oldest event that matches and that no earlier wait took; takes it. Nothing
+    // when none comes in time.
+    std::optional<TimelineEvent> take(const EventPattern& pattern, std::chrono::milliseconds timeout)
+        HH_EXCLUDES(mutex_);
+    // The events of a subject, oldest first, for saying what happened instead.
+    std::vector<TimelineEvent> eventsOf(const std::string& subject) const HH_EXCLUDES(mutex_);
+
+private:
+    struct Kept {
+        TimelineEvent event;
+        bool taken = false;
+    };
+
+    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    const bool showLog_;
+    mutable hostharness::Mutex mutex_;
+    std::condition_variable recorded_;
+    std::unique_ptr<TimelinePrinter> printer_ HH_PT_GUARDED_BY(mutex_);
+    std::vector<Kept> events_ HH_GUARDED_BY(mutex_);
+};
+
+}  // namespace colloqsim

@@ -1,0 +1,13 @@
+// Splits one line of a scenario into words: blanks separate, "double quotes" keep blanks (with
+// \" and \\ inside), and # outside quotes starts a comment.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace colloqsim {
+
+// False and a reason when a quote is not closed.
+bool tokenize(const std::string& line, std::vector<std::string>* words, std::string* error);
+
+}  // namespace colloqsim
