@@ -111,7 +111,11 @@ ClientOutcome ClientModel::placeCall(int32_t id, const std::string& number, cons
     call.state = clientstate::kAlerting;
     calls_.push_back(call);
     nextOwnCallId_ = std::max(nextOwnCallId_, id + 1);
-    outcome.facts.push_back({verb, idText(id), number});
+    if (std::string(verb) == "dialled") {
+        outcome.facts.push_back({verb, number, "call " + idText(id)});
+    } else {
+        outcome.facts.push_back({verb, idText(id), number});
+    }
     fire(outcome, CallbackSlot::OnRemoteAlerting, call);
     return outcome;
 }

@@ -206,15 +206,15 @@ std::string HubDriver::send(const std::string& command) {
     return process_.writeLine(command) ? "" : "the hub simulator no longer takes commands";
 }
 
-std::string HubDriver::event(const std::string& action, int32_t callId, const std::string& device,
+std::string HubDriver::event(const std::string& action, int32_t callId, const std::optional<std::string>& device,
                              const std::string& keys) {
     const std::string word = actionWord(action);
     if (word.empty()) {
         return "the hub has no action " + action;
     }
     std::string command = word + " call=" + std::to_string(callId);
-    if (!device.empty()) {
-        command += " device=" + quoted(device);
+    if (device) {
+        command += " device=" + quoted(*device);
     }
     if (!keys.empty()) {
         command += " keys=" + quoted(keys);

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "HubProcess.h"
@@ -31,8 +32,10 @@ public:
     bool running() const { return process_.running(); }
 
     // A headset event: action is one of the hub's action words, or a headset button word
-    // (answer, end), which is translated.
-    std::string event(const std::string& action, int32_t callId, const std::string& device, const std::string& keys);
+    // (answer, end), which is translated. Without a device the hub names its active one; an
+    // empty device is sent empty.
+    std::string event(const std::string& action, int32_t callId, const std::optional<std::string>& device,
+                      const std::string& keys);
     std::string dial(const std::string& number);
     std::string makeActive(const std::string& device);
     std::string send(const std::string& command);

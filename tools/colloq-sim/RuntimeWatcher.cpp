@@ -59,9 +59,15 @@ TimelineEvent describeCommand(const VexilCtlCommand& command) {
 }
 
 bool RuntimeWatcher::start(std::string* error) {
-    int32_t count = 0;
-    vexilctl_command_count(&count);
-    shown_ = count;
+    {
+        hostharness::MutexLock lock(readMutex_);
+        int32_t count = 0;
+        vexilctl_command_count(&count);
+        shown_ = count;
+        char active[VEXILCTL_PATH_BYTES] = {};
+        vexilctl_get_active_device(active, sizeof active);
+        activeDevice_ = active;
+    }
     std::promise<void> started;
     std::future<void> ready = started.get_future();
     try {
@@ -91,7 +97,7 @@ void RuntimeWatcher::run(std::promise<void>* started) {
     platform::nameCurrentThread("runtime-watch");
     started->set_value();
     for (;;) {
-        showNewCommands();
+        sync();
         hostharness::MutexLock lock(mutex_);
         if (stopping_) {
             break;
@@ -101,7 +107,30 @@ void RuntimeWatcher::run(std::promise<void>* started) {
             break;
         }
     }
+    sync();
+}
+
+void RuntimeWatcher::sync() {
+    hostharness::MutexLock lock(readMutex_);
     showNewCommands();
+    showActiveDevice();
+}
+
+void RuntimeWatcher::showActiveDevice() {
+    char active[VEXILCTL_PATH_BYTES] = {};
+    vexilctl_get_active_device(active, sizeof active);
+    if (activeDevice_ == active) {
+        return;
+    }
+    activeDevice_ = active;
+    TimelineEvent event;
+    event.direction = Direction::PluginToHeadset;
+    event.subject = "headset";
+    event.verb = "selected";
+    event.argument = activeDevice_;
+    event.text = activeDevice_.empty() ? "the runtime has no active headset"
+                                       : "the runtime's active headset is " + activeDevice_;
+    timeline_.record(std::move(event));
 }
 
 void RuntimeWatcher::showNewCommands() {

@@ -1,4 +1,5 @@
-// Shows on the timeline every call command the substitute runtime received from the plug-in.
+// Shows on the timeline every call command the substitute runtime received from the plug-in,
+// and every change of the runtime's active headset.
 // The runtime only keeps a command log and announces nothing, so a named thread
 // ("runtime-watch") reads the log's new entries at a short interval until it is woken to stop.
 #pragma once
@@ -25,16 +26,22 @@ public:
     bool start(std::string* error) HH_EXCLUDES(mutex_);
     // Shows what is left in the log, then stops and joins the thread.
     void stop() HH_EXCLUDES(mutex_);
+    // Shows at once what the runtime has received so far.
+    void sync() HH_EXCLUDES(readMutex_);
 
 private:
     void run(std::promise<void>* started) HH_EXCLUDES(mutex_);
-    void showNewCommands();
+    void showNewCommands() HH_REQUIRES(readMutex_);
+    void showActiveDevice() HH_REQUIRES(readMutex_);
 
     Timeline& timeline_;
     hostharness::Mutex mutex_;
     std::condition_variable wake_;
     bool stopping_ HH_GUARDED_BY(mutex_) = false;
-    int32_t shown_ = 0;  // log entries shown so far; only the watcher's thread touches it
+    // Taken by whoever reads the runtime, so that nothing is shown twice.
+    hostharness::Mutex readMutex_;
+    int32_t shown_ HH_GUARDED_BY(readMutex_) = 0;  // log entries shown so far
+    std::string activeDevice_ HH_GUARDED_BY(readMutex_);  // the runtime's active headset as last shown
     std::thread thread_;
 };
 

@@ -17,7 +17,7 @@ namespace {
 
 const std::set<std::string>& verbsOf(const std::string& subject) {
     static const std::set<std::string> headset = {"rings", "dials", "active", "held",   "resumed",
-                                                  "ended", "inserted", "muted", "unmuted", "refused"};
+                                                  "ended", "inserted", "muted", "unmuted", "refused", "selected"};
     static const std::set<std::string> client = {"answered", "connected", "ended",     "rejected", "held",
                                                  "resumed",  "muted",     "unmuted",   "dialled",  "foreground",
                                                  "dtmf",     "released",  "uses",      "switched", "calls",
@@ -364,8 +364,11 @@ const char* scenarioHelp() {
   wait idle                           until the runtime and the client have handled everything
   expect <subject> <what> [<argument>] [within <ms>]
     headset rings|dials|active|held|resumed|ended|inserted|muted|unmuted|refused [<call>]
+    headset selected [<headset>]        the runtime's active headset changed
     client  answered|connected|ended|rejected|held|resumed|muted|unmuted|dialled|foreground|
             dtmf|released|uses|switched|calls|rings|busy|ignored [<argument>]
+    (an argument that names a plugged headset stands for its device: its path for the headset
+     and the hub, the client's name for it for the client)
     plugin  <call-control operation> [<argument>]       e.g. expect plugin answerCall
     hub     received|sent [<state>]
     log     "<text the line contains>")";

@@ -93,7 +93,7 @@ std::string ScenarioRunner::act(const ScenarioCommand& command) {
         }
         return headsets.dial(command.headset, command.word);
     case Action::HubEvent: {
-        std::string path;
+        std::optional<std::string> path;
         if (!command.headset.empty()) {
             path = headsetPath(command.headset, &error);
             if (!error.empty()) {
@@ -155,9 +155,20 @@ std::string ScenarioRunner::clientAct(const ScenarioCommand& command) {
     }
 }
 
+EventPattern ScenarioRunner::resolved(EventPattern pattern) const {
+    const Headset* headset = session_.headsets().find(pattern.argument);
+    if (headset != nullptr && pattern.subject != "log") {
+        // The client names its audio devices its own way; the plug-in and the runtime use paths.
+        pattern.argument = pattern.subject == "client" && pattern.verb == "switched"
+                               ? HeadsetDriver::clientDeviceId(*headset)
+                               : headset->path;
+    }
+    return pattern;
+}
+
 RunResult ScenarioRunner::expect(const ScenarioCommand& command) {
     const std::chrono::milliseconds timeout = command.within.value_or(expectTimeout_);
-    if (const auto seen = timeline_.take(command.pattern, timeout)) {
+    if (const auto seen = timeline_.take(resolved(command.pattern), timeout)) {
         return RunResult{};
     }
     std::ostringstream message;

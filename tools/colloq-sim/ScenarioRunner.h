@@ -30,6 +30,8 @@ private:
     std::string clientAct(const ScenarioCommand& command);
     std::string headsetPath(const std::string& name, std::string* error) const;
     RunResult expect(const ScenarioCommand& command);
+    // A headset's name as argument stands for its device.
+    EventPattern resolved(EventPattern pattern) const;
 
     Session& session_;
     Timeline& timeline_;

@@ -1,11 +1,14 @@
 #include "Session.h"
 
+#include <algorithm>
 #include <future>
 #include <thread>
 
 #include "PortFileWatch.h"
 #include "platform/PortDirectory.h"
 #include "platform/ThreadName.h"
+#include "vexilctl/VexilControl.h"
+#include "vexilrt/Events.h"
 
 namespace colloqsim {
 
@@ -18,10 +21,12 @@ constexpr auto kHubStartTimeout = 10s;
 // The plug-in looks for the hub every 2 seconds.
 constexpr auto kHubSwitchTimeout = 10s;
 constexpr auto kProbeTimeout = 5s;
-constexpr int kProbeRounds = 5;
+// Each round of waiting for quiet lets one more exchange between client and plug-in finish.
+constexpr int kIdleRounds = 20;
 
 constexpr const char* kFakeDevice = "processVexilEvent(EventPtr comeEvent): Fake device, ignore events!";
-constexpr const char* kProxyDtmfWithoutKeys = "case: CALL_STATE_DTMF_KEY: 255";
+// Only the proxy knows the hub's DTMF code; the direct handler has no case for it.
+constexpr const char* kProxyDtmf = "case: CALL_STATE_DTMF_KEY";
 
 }  // namespace
 
@@ -84,14 +89,15 @@ std::string Session::waitUntilProxyServes() {
     }
     const Headset* first = headsets_.headsets().empty() ? nullptr : &headsets_.headsets().front();
     const std::string device = first ? first->path : "hid/vid_2f0c&pid_0a1b/probe";
-    // The port is bound just before the proxy becomes the handler. A DTMF report without keys
-    // is logged only by the proxy; a report without a device, which both handlers log, closes
+    // The port is bound just before the proxy becomes the handler. A DTMF report of the hub is
+    // logged only by the proxy; a report without a device, which both handlers log, closes
     // each round, so every round waits on the client's log, never on the clock.
-    for (int round = 0; round < kProbeRounds; ++round) {
-        timeline_.note("asking whether the plug-in talks to the hub");
+    const auto deadline = std::chrono::steady_clock::now() + kHubSwitchTimeout;
+    timeline_.note("asking whether the plug-in talks to the hub");
+    while (std::chrono::steady_clock::now() < deadline) {
         const uint64_t mark = host_.journal().lastSequence();
         hub_.event("dtmf", -1, device, "255");
-        hub_.event("dtmf", -1, "", "");
+        hub_.event("dtmf", -1, std::string(), "");
         hostharness::LogExpectation closed;
         closed.text = kFakeDevice;
         closed.match = hostharness::TextMatch::Contains;
@@ -100,7 +106,7 @@ std::string Session::waitUntilProxyServes() {
             return "the plug-in does not answer the hub's reports";
         }
         hostharness::LogExpectation proxy;
-        proxy.text = kProxyDtmfWithoutKeys;
+        proxy.text = kProxyDtmf;
         proxy.match = hostharness::TextMatch::Contains;
         proxy.afterSequence = mark;
         if (host_.journal().waitForLog(proxy, 0ms) == HarnessStatus::Ok) {
@@ -111,8 +117,39 @@ std::string Session::waitUntilProxyServes() {
     return "the plug-in did not switch to the hub";
 }
 
+bool Session::drainWorker(std::chrono::milliseconds timeout) {
+    // A report without a device makes the worker write a line no other event writes; when it
+    // comes, everything queued before it has been handled.
+    const uint64_t mark = host_.journal().lastSequence();
+    if (hubMode_) {
+        hub_.event("dtmf", -1, std::string(), "");
+    } else if (vexilctl_press_button("", CALL_STATE_ACCEPT_CALL, -1, nullptr) != VEXILCTL_OK) {
+        return false;
+    }
+    hostharness::LogExpectation handled;
+    handled.text = kFakeDevice;
+    handled.match = hostharness::TextMatch::Contains;
+    handled.afterSequence = mark;
+    return host_.journal().waitForLog(handled, timeout) == HarnessStatus::Ok;
+}
+
 bool Session::waitIdle(std::chrono::milliseconds timeout) {
-    return headsets_.waitIdle(timeout) && client_.waitIdle(timeout);
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    const auto left = [deadline] {
+        return std::max(std::chrono::milliseconds(0), std::chrono::duration_cast<std::chrono::milliseconds>(
+                                                          deadline - std::chrono::steady_clock::now()));
+    };
+    for (int round = 0; round < kIdleRounds; ++round) {
+        const std::size_t before = timeline_.activity();
+        if (!headsets_.waitIdle(left()) || (started_ && !drainWorker(left())) || !client_.waitIdle(left())) {
+            return false;
+        }
+        watcher_.sync();
+        if (timeline_.activity() == before) {
+            return true;
+        }
+    }
+    return false;
 }
 
 StopResult Session::stop(std::string* message) {

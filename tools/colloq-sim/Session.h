@@ -49,13 +49,16 @@ public:
     ModelClient& client() { return client_; }
     HeadsetDriver& headsets() { return headsets_; }
     HubDriver& hub() { return hub_; }
-    // Waits until the runtime has delivered its events and the client has reacted to every
-    // operation so far.
+    // Waits until nothing moves any more: the runtime has delivered its events, the plug-in's
+    // worker has handled what was queued, the client has reacted, and a further round shows
+    // nothing new.
     bool waitIdle(std::chrono::milliseconds timeout);
 
 private:
     std::string startHub();
     std::string waitUntilProxyServes();
+    // Returns once the plug-in's worker has handled everything queued before.
+    bool drainWorker(std::chrono::milliseconds timeout);
 
     Timeline& timeline_;
     SessionOptions options_;

@@ -63,3 +63,19 @@ std::vector<TimelineEvent> Timeline::eventsOf(const std::string& subject) const 
 }
 
 }  // namespace colloqsim
+
+namespace colloqsim {
+
+std::size_t Timeline::activity() const {
+    hostharness::MutexLock lock(mutex_);
+    std::size_t count = 0;
+    for (const Kept& kept : events_) {
+        const std::string& subject = kept.event.subject;
+        if (subject == "client" || subject == "headset" || subject == "plugin" || subject == "callback") {
+            ++count;
+        }
+    }
+    return count;
+}
+
+}  // namespace colloqsim

@@ -32,6 +32,9 @@ public:
         HH_EXCLUDES(mutex_);
     // The events of a subject, oldest first, for saying what happened instead.
     std::vector<TimelineEvent> eventsOf(const std::string& subject) const HH_EXCLUDES(mutex_);
+    // How many events of the client, the plug-in and the headsets there were so far; it stays
+    // the same while nothing happens between them.
+    std::size_t activity() const HH_EXCLUDES(mutex_);
 
 private:
     struct Kept {

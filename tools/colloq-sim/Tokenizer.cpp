@@ -19,7 +19,7 @@ bool tokenize(const std::string& line, std::vector<std::string>* words, std::str
             }
             continue;
         }
-        if (c == '#') {
+        if (c == '#' && !inWord) {
             break;
         }
         if (c == ' ' || c == '\t' || c == '\r') {

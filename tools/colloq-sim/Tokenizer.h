@@ -1,5 +1,6 @@
 // Splits one line of a scenario into words: blanks separate, "double quotes" keep blanks (with
-// \" and \\ inside), and # outside quotes starts a comment.
+// \" and \\ inside), and a word that begins with # outside quotes starts a comment (so DTMF
+// keys such as 12# stay one word; a lone # key is written "#").
 #pragma once
 
 #include <string>
