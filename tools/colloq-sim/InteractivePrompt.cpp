@@ -18,9 +18,8 @@ std::string trimmed(const std::string& text) {
 
 }  // namespace
 
-InteractivePrompt::InteractivePrompt(ScenarioRunner& runner, Timeline& timeline, std::istream& in, std::ostream& out,
-                                     bool showPrompt)
-    : runner_(runner), timeline_(timeline), in_(in), out_(out), showPrompt_(showPrompt) {}
+InteractivePrompt::InteractivePrompt(ScenarioRunner& runner, Timeline& timeline, std::istream& in, bool showPrompt)
+    : runner_(runner), timeline_(timeline), in_(in), showPrompt_(showPrompt) {}
 
 std::string InteractivePrompt::resolve(const std::string& line, std::string* error) const {
     if (line.empty() || line[0] != '!') {
@@ -47,7 +46,7 @@ bool InteractivePrompt::run() {
     std::string raw;
     for (;;) {
         if (showPrompt_) {
-            out_ << "colloq-sim> " << std::flush;
+            timeline_.say("colloq-sim> ");
         }
         if (!std::getline(in_, raw)) {
             break;
@@ -65,14 +64,15 @@ bool InteractivePrompt::run() {
             break;
         }
         if (line == "help") {
-            out_ << scenarioHelp() << "\n  history | !N | !! | quit\n" << std::flush;
+            timeline_.say(std::string(scenarioHelp()) + "\n  history | !N | !! | quit\n");
             continue;
         }
         if (line == "history") {
+            std::string listed;
             for (std::size_t i = 0; i < history_.size(); ++i) {
-                out_ << "  " << i + 1 << "  " << history_[i] << '\n';
+                listed += "  " + std::to_string(i + 1) + "  " + history_[i] + "\n";
             }
-            out_ << std::flush;
+            timeline_.say(listed);
             continue;
         }
         history_.push_back(line);

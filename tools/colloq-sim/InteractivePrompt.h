@@ -3,7 +3,6 @@
 #pragma once
 
 #include <istream>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -13,7 +12,8 @@ namespace colloqsim {
 
 class InteractivePrompt {
 public:
-    InteractivePrompt(ScenarioRunner& runner, Timeline& timeline, std::istream& in, std::ostream& out, bool showPrompt);
+    // Everything it shows goes through the timeline, which other threads print to as well.
+    InteractivePrompt(ScenarioRunner& runner, Timeline& timeline, std::istream& in, bool showPrompt);
 
     // Reads until "quit" or the end of the input. False when any command failed.
     bool run();
@@ -28,7 +28,6 @@ private:
     ScenarioRunner& runner_;
     Timeline& timeline_;
     std::istream& in_;
-    std::ostream& out_;
     bool showPrompt_;
     std::vector<std::string> history_;
 };

@@ -34,6 +34,11 @@ void Timeline::problem(const std::string& text) {
     printer_->problem(text);
 }
 
+void Timeline::say(const std::string& text) {
+    hostharness::MutexLock lock(mutex_);
+    printer_->say(text);
+}
+
 std::optional<TimelineEvent> Timeline::take(const EventPattern& pattern, std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     hostharness::MutexLock lock(mutex_);

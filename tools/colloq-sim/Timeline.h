@@ -25,6 +25,8 @@ public:
     void record(TimelineEvent event) HH_EXCLUDES(mutex_);
     void note(const std::string& text) HH_EXCLUDES(mutex_);
     void problem(const std::string& text) HH_EXCLUDES(mutex_);
+    // Text for the person at the prompt, in the same stream and never inside another line.
+    void say(const std::string& text) HH_EXCLUDES(mutex_);
 
     // Waits for the oldest event that matches and that no earlier wait took; takes it. Nothing
     // when none comes in time.

@@ -52,6 +52,8 @@ public:
         }
     }
 
+    void say(const std::string& text) override { out_ << text << std::flush; }
+
 private:
     std::ostream& out_;
     bool colour_;
@@ -74,6 +76,8 @@ public:
     void problem(const std::string& text) override {
         out_ << "{\"problem\":" << jsonString(text) << "}\n" << std::flush;
     }
+
+    void say(const std::string& text) override { out_ << "{\"say\":" << jsonString(text) << "}\n" << std::flush; }
 
 private:
     std::ostream& out_;

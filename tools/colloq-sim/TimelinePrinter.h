@@ -19,6 +19,8 @@ public:
     virtual void print(const TimelineEvent& event) = 0;
     // A failure or an error of the simulator itself, shown in the same stream.
     virtual void problem(const std::string& text) = 0;
+    // Text for the person at the prompt (help, history, the prompt itself), as it is.
+    virtual void say(const std::string& text) = 0;
 };
 
 std::unique_ptr<TimelinePrinter> makePrinter(OutputStyle style, std::ostream& out);

@@ -46,7 +46,7 @@ int simulate(const Options& options, const Scenario& scenario) {
         }
     }
     if (options.interactive && status == kFine) {
-        InteractivePrompt prompt(runner, timeline, std::cin, std::cout, ::isatty(STDIN_FILENO) != 0);
+        InteractivePrompt prompt(runner, timeline, std::cin, ::isatty(STDIN_FILENO) != 0);
         if (!prompt.run()) {
             status = kFailed;
         }
@@ -60,7 +60,6 @@ int simulate(const Options& options, const Scenario& scenario) {
         break;
     case StopResult::Hung:
         std::cerr << "colloq-sim: " << message << '\n' << std::flush;
-        std::cout << std::flush;
         // A thread is still inside the plug-in: nothing may be torn down under it.
         std::_Exit(kPluginTrouble);
     }
@@ -72,6 +71,9 @@ int simulate(const Options& options, const Scenario& scenario) {
 int main(int argc, char** argv) {
     // A hub simulator that ended early must not take the simulator with it on the next write.
     std::signal(SIGPIPE, SIG_IGN);
+    // The timeline owns standard output and prints from several threads under its lock; a
+    // message on standard error must not flush it from outside that lock.
+    std::cerr.tie(nullptr);
     Options options;
     options.pluginPath = BQL_DEFAULT_PLUGIN_PATH;
     options.hubSimulatorPath = BQL_DEFAULT_HUB_SIM_PATH;
