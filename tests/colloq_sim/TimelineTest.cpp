@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "HubDriver.h"
+#include "ModelClient.h"
 #include "RuntimeWatcher.h"
 #include "Timeline.h"
 
@@ -90,6 +91,17 @@ TEST(ColloqSimTimeline, ActivityCountsOnlyTheClientThePluginAndTheHeadsets) {
     EXPECT_EQ(timeline.activity(), 0u);
     timeline.record(event("headset", "rings", "17", "x"));
     EXPECT_EQ(timeline.activity(), 1u);
+}
+
+TEST(ColloqSimClientLog, LogLinesShowTheSeverityByNameAndNumber) {
+    hostharness::RecordedCall line;
+    line.call = hostharness::HostCall::Log;
+    line.severity = ACCESSORY_LOG_MILESTONE;
+    line.text = "Connected to Colloq successfully";
+    const TimelineEvent shown = describeOperation(line);
+    EXPECT_EQ(shown.direction, Direction::ClientLog);
+    EXPECT_EQ(shown.text, "[milestone 4] Connected to Colloq successfully");
+    EXPECT_EQ(shown.severity, 4);
 }
 
 TEST(ColloqSimRuntimeCommands, AnIncomingCallCommandMeansTheHeadsetRings) {

@@ -28,6 +28,16 @@ std::string describeCall(const hostharness::CallDescription& call) {
     return text.str();
 }
 
+const char* severityName(int32_t severity) {
+    switch (severity) {
+    case ACCESSORY_LOG_FAILURE: return "failure";
+    case ACCESSORY_LOG_MISSING_TABLE: return "missing table";
+    case ACCESSORY_LOG_MILESTONE: return "milestone";
+    case ACCESSORY_LOG_TRACE: return "trace";
+    default: return "severity";
+    }
+}
+
 bool reactsTo(HostCall call) {
     switch (call) {
     case HostCall::AnswerCall:
@@ -61,7 +71,7 @@ TimelineEvent describeOperation(const hostharness::RecordedCall& operation) {
         event.verb = "line";
         event.severity = operation.severity;
         std::ostringstream line;
-        line << "[" << operation.severity << "] " << operation.text;
+        line << "[" << severityName(operation.severity) << " " << operation.severity << "] " << operation.text;
         event.text = line.str();
         return event;
     }

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "PortFileWatch.h"
+#include "platform/HubPresence.h"
 #include "platform/PortDirectory.h"
 #include "platform/ThreadName.h"
 #include "vexilctl/VexilControl.h"
@@ -60,6 +61,10 @@ std::string Session::start() {
         if (!error.empty()) {
             return error;
         }
+    } else if (platform::isHubProcessRunning()) {
+        // The plug-in's hub check looks at every process of the machine.
+        timeline_.problem(
+            "warning: a \"Brimquell Hub\" process is running; the plug-in will talk to it instead of the headsets");
     }
     timeline_.note("loading " + options_.pluginPath);
     const HarnessStatus loaded = plugin_->load(options_.pluginPath);
