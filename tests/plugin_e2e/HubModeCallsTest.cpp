@@ -57,6 +57,8 @@ TEST_F(HubModeCalls, OutgoingCallReachesTheHubWithItsIdNameAndNumber) {
     fireCall(CallbackSlot::OnRemoteAlerting, 33, clientstate::kAlerting, "+4930123456", "Cy Berg");
 
     expectCallRecord(expectReceived(), hubcode::kOutgoing, 33, "Cy Berg", "+4930123456");
+    // The proxy writes its line once the record is sent.
+    drainWorker();
     expectLocalLog("DEBUG", "virtual bool BQLColloqVexilProxy::performOutgoingCall(pCall, pContact)",
                    "Outgoing call sent to Vexil... line:33");
 }
