@@ -8,10 +8,9 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <mutex>
 
+#include "bqlcommon/Mutex.h"
 #include "bqlutil/LogWriter.h"
-#include "hubproxy/AnnotatedMutex.h"
 #include "hubproxy/BQLColloqVexilProxyFwd.h"
 #include "hubproxy/CClientPipe.h"
 #include "hubproxy/ColloqCallArgs.h"
@@ -56,7 +55,7 @@ private:
 
     const std::unique_ptr<CClientPipe> pipe;
     std::atomic<bool> opened{false};
-    detail::AnnotatedMutex<std::mutex> pipeLock;
+    bql::Mutex pipeLock;
 };
 
 template <class Observer>
@@ -75,7 +74,7 @@ CColloqProxy<Observer>::~CColloqProxy() {
 
 template <class Observer>
 void CColloqProxy<Observer>::OpenPipe() {
-    detail::ScopedLock<decltype(pipeLock)> guard(pipeLock);
+    bql::MutexLock guard(pipeLock);
     if (opened) {
         return;
     }
@@ -86,7 +85,7 @@ void CColloqProxy<Observer>::OpenPipe() {
 
 template <class Observer>
 void CColloqProxy<Observer>::ClosePipe() {
-    detail::ScopedLock<decltype(pipeLock)> guard(pipeLock);
+    bql::MutexLock guard(pipeLock);
     if (!opened) {
         return;
     }

@@ -38,7 +38,7 @@ void LinuxCommonPipe::StartPipe() {
     std::promise<void> started;
     std::future<void> listening = started.get_future();
     {
-        detail::ScopedLock<decltype(lock)> guard(lock);
+        bql::MutexLock guard(lock);
         try {
             runThread = std::thread(&LinuxCommonPipe::StartInThread, this, std::move(started));
         } catch (const std::system_error& failure) {
@@ -69,7 +69,7 @@ void LinuxCommonPipe::StartInThread(std::promise<void> started) {
     // Keeps run() going while no block is awaited, so that only StopPipe ends it.
     auto keepRunning = boost::asio::make_work_guard(*loop);
     {
-        detail::ScopedLock<decltype(lock)> guard(lock);
+        bql::MutexLock guard(lock);
         runLoop = loop.get();
     }
     started.set_value();
@@ -79,7 +79,7 @@ void LinuxCommonPipe::StartInThread(std::promise<void> started) {
 }
 
 void LinuxCommonPipe::StopPipe() {
-    detail::ScopedLock<decltype(lock)> guard(lock);
+    bql::MutexLock guard(lock);
     if (runLoop != nullptr) {
         runLoop->stop();
         runLoop = nullptr;
@@ -128,7 +128,7 @@ void LinuxCommonPipe::Send(unsigned char* data, int length) {
 void LinuxCommonPipe::Receive() {}
 
 bool LinuxCommonPipe::IsListening() {
-    detail::ScopedLock<decltype(lock)> guard(lock);
+    bql::MutexLock guard(lock);
     return runLoop != nullptr;
 }
 

@@ -6,11 +6,10 @@
 #include <functional>
 #include <future>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 
-#include "hubproxy/AnnotatedMutex.h"
+#include "bqlcommon/Mutex.h"
 #include "hubproxy/IPipe.h"
 
 namespace boost::asio {
@@ -56,7 +55,7 @@ private:
     // Owns the sockets of sends; never run, since sends complete on the caller's thread.
     const std::unique_ptr<boost::asio::io_context> sendContext;
 
-    detail::AnnotatedMutex<std::mutex> lock;
+    bql::Mutex lock;
     std::thread runThread BQL_GUARDED_BY(lock);
     // The receiving thread's loop while it runs; owned by that thread.
     boost::asio::io_context* runLoop BQL_GUARDED_BY(lock) = nullptr;

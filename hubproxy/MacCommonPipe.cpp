@@ -44,7 +44,7 @@ void MacCommonPipe::StartPipe() {
     std::promise<void> started;
     std::future<void> serving = started.get_future();
     {
-        detail::ScopedLock<decltype(lock)> guard(lock);
+        bql::MutexLock guard(lock);
         try {
             runThread = std::thread(&MacCommonPipe::StartInThread, this, std::move(started));
         } catch (const std::system_error& failure) {
@@ -58,13 +58,20 @@ void MacCommonPipe::StartPipe() {
 void MacCommonPipe::StartInThread(std::promise<void> started) {
     platform::nameCurrentThread(kReceiverThreadName);
     {
-        detail::ScopedLock<decltype(lock)> guard(lock);
+        bql::MutexLock guard(lock);
+        Boolean existing = false;
         localPort = localName == nullptr
                         ? nullptr
                         : CFMessagePortCreateLocal(kCFAllocatorDefault, localName, localPortCallback, &portContext,
-                                                   nullptr);
+                                                   &existing);
+        // A port of that name in this process comes back shared and keeps its first owner's
+        // callout: it is taken, as when another process owns the name.
+        if (localPort != nullptr && existing) {
+            CFRelease(localPort);
+            localPort = nullptr;
+        }
         if (localPort == nullptr) {
-            // Another process owns the name. The thread ends and stays joinable until StopPipe.
+            // Another owner has the name. The thread ends and stays joinable until StopPipe.
             started.set_value();
             return;
         }
@@ -96,7 +103,7 @@ CFDataRef MacCommonPipe::localPortCallback(CFMessagePortRef, SInt32, CFDataRef d
 }
 
 void MacCommonPipe::StopPipe() {
-    detail::ScopedLock<decltype(lock)> guard(lock);
+    bql::MutexLock guard(lock);
     if (runLoop != nullptr) {
         CFRunLoopStop(runLoop);
         runLoop = nullptr;
@@ -136,7 +143,7 @@ void MacCommonPipe::Send(unsigned char* data, int length) {
 void MacCommonPipe::Receive() {}
 
 bool MacCommonPipe::IsListening() {
-    detail::ScopedLock<decltype(lock)> guard(lock);
+    bql::MutexLock guard(lock);
     return runLoop != nullptr;
 }
 

@@ -6,11 +6,10 @@
 
 #include <functional>
 #include <future>
-#include <mutex>
 #include <string>
 #include <thread>
 
-#include "hubproxy/AnnotatedMutex.h"
+#include "bqlcommon/Mutex.h"
 #include "hubproxy/IPipe.h"
 
 class MacCommonPipe : public IPipe {
@@ -54,6 +53,6 @@ private:
     const std::function<void()> onConnected;
     const std::function<int(unsigned char*, int)> onReceive;
     std::thread runThread BQL_GUARDED_BY(lock);
-    detail::AnnotatedMutex<std::mutex> lock;
+    bql::Mutex lock;
     CFRunLoopRef runLoop BQL_GUARDED_BY(lock) = nullptr;
 };

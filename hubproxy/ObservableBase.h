@@ -5,9 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-#include <boost/thread/recursive_mutex.hpp>
-
-#include "hubproxy/AnnotatedMutex.h"
+#include "bqlcommon/Mutex.h"
 
 namespace detail {
 
@@ -32,7 +30,7 @@ public:
         if (observer == nullptr) {
             return SUBSCRIPTION_NULL_OBSERVER;
         }
-        ScopedLock<Mutex> guard(mutex);
+        bql::RecursiveMutexLock guard(mutex);
         if (std::find(subscribers.begin(), subscribers.end(), observer) != subscribers.end()) {
             return SUBSCRIPTION_ALREADY_PRESENT;
         }
@@ -46,7 +44,7 @@ public:
         if (observer == nullptr) {
             return SUBSCRIPTION_NULL_OBSERVER;
         }
-        ScopedLock<Mutex> guard(mutex);
+        bql::RecursiveMutexLock guard(mutex);
         const auto found = std::find(subscribers.begin(), subscribers.end(), observer);
         if (found == subscribers.end()) {
             return SUBSCRIPTION_NOT_FOUND;
@@ -61,7 +59,7 @@ public:
     // such a change applies to the walk in progress.
     template <class Argument>
     void fire(void (Observer::*method)(const Argument&), const Argument& argument) {
-        ScopedLock<Mutex> guard(mutex);
+        bql::RecursiveMutexLock guard(mutex);
         const Argument copy = argument;
         for (std::size_t index = 0; index < subscribers.size(); ++index) {
             const ObserverPtr observer = subscribers[index];
@@ -72,10 +70,8 @@ public:
     }
 
 private:
-    using Mutex = AnnotatedMutex<boost::recursive_mutex>;
-
     std::vector<ObserverPtr> subscribers BQL_GUARDED_BY(mutex);
-    Mutex mutex;
+    bql::RecursiveMutex mutex;
 };
 
 }  // namespace detail

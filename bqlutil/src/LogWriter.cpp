@@ -11,7 +11,7 @@
 
 #include "Export.h"
 #include "LogConfiguration.h"
-#include "SharedMutex.h"
+#include "bqlcommon/SharedMutex.h"
 
 namespace {
 
@@ -61,14 +61,14 @@ bool isExistingFile(const std::string& path) {
 class LogWriterState {
  public:
   int init(const std::string& configFile, const std::string& logDir, const std::string& name)
-      EXCLUDES(mutex_) {
+      BQL_EXCLUDES(mutex_) {
     const log4cxx::LoggerPtr logger = log4cxx::Logger::getLoggerLS(name);
     if (isExistingFile(configFile)) {
       const auto properties = bqlutil::readConfigurationFile(configFile);
       if (!properties) {
         return kFailure;
       }
-      bqlutil::ExclusiveLock lock(mutex_);
+      bql::ExclusiveLock lock(mutex_);
       if (!bqlutil::routeByConfiguration(*properties, logger)) {
         return kFailure;
       }
@@ -82,15 +82,15 @@ class LogWriterState {
     if (!appender) {
       return kFailure;
     }
-    bqlutil::ExclusiveLock lock(mutex_);
+    bql::ExclusiveLock lock(mutex_);
     bqlutil::routeToAppender(logger, appender);
     logger_ = logger;
     return kSuccess;
   }
 
   int write(const log4cxx::LevelPtr& level, const char* message, const char* function,
-            const char* location) EXCLUDES(mutex_) {
-    bqlutil::SharedLock lock(mutex_);
+            const char* location) BQL_EXCLUDES(mutex_) {
+    bql::SharedLock lock(mutex_);
     if (!logger_) {
       return kFailure;
     }
@@ -104,8 +104,8 @@ class LogWriterState {
   }
 
  private:
-  bqlutil::SharedMutex mutex_;
-  log4cxx::LoggerPtr logger_ GUARDED_BY(mutex_);
+  bql::SharedMutex mutex_;
+  log4cxx::LoggerPtr logger_ BQL_GUARDED_BY(mutex_);
 };
 
 // Never destroyed: callers may still log from their own static destructors.

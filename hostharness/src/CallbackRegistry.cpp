@@ -88,13 +88,13 @@ void CallbackRegistry::remember(const Accessory_CallControlCallback_v1_0_t* tabl
     if (table == nullptr) {
         return;
     }
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     registered_ = table;
     slots_ = *table;
 }
 
 bool CallbackRegistry::forget(const Accessory_CallControlCallback_v1_0_t* table) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (table == nullptr || table != registered_) {
         return false;
     }
@@ -103,7 +103,7 @@ bool CallbackRegistry::forget(const Accessory_CallControlCallback_v1_0_t* table)
 }
 
 void CallbackRegistry::forgetAll() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     forgetLocked(lock);
 }
 
@@ -112,7 +112,7 @@ bool CallbackRegistry::forgetIfInside(const void* anySymbolOfLibrary) {
     if (anySymbolOfLibrary == nullptr || dladdr(anySymbolOfLibrary, &library) == 0) {
         return false;
     }
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     Dl_info table{};
     if (registered_ == nullptr || dladdr(registered_, &table) == 0 || table.dli_fbase != library.dli_fbase) {
         return false;
@@ -121,7 +121,7 @@ bool CallbackRegistry::forgetIfInside(const void* anySymbolOfLibrary) {
     return true;
 }
 
-void CallbackRegistry::forgetLocked(MutexLock& lock) {
+void CallbackRegistry::forgetLocked(bql::MutexLock& lock) {
     registered_ = nullptr;
     slots_ = {};
     // A callback running on this very thread (the plug-in unregistering from inside one) is not
@@ -133,12 +133,12 @@ void CallbackRegistry::forgetLocked(MutexLock& lock) {
 }
 
 bool CallbackRegistry::isRegistered() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return registered_ != nullptr;
 }
 
 const Accessory_CallControlCallback_v1_0_t* CallbackRegistry::registeredTable() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return registered_;
 }
 
@@ -158,7 +158,7 @@ HarnessStatus CallbackRegistry::fire(CallbackSlot slot, const CallbackArgs& args
     }
     Accessory_CallControlCallback_v1_0_t table{};
     {
-        MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         if (registered_ == nullptr) {
             return HarnessStatus::NotRegistered;
         }
@@ -190,7 +190,7 @@ HarnessStatus CallbackRegistry::fireCallEvent(CallbackSlot slot, const CallDescr
 
 void CallbackRegistry::finishFiring() {
     {
-        MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         const auto mine = std::find(firing_.begin(), firing_.end(), std::this_thread::get_id());
         if (mine != firing_.end()) {
             firing_.erase(mine);

@@ -10,7 +10,7 @@ uint64_t Journal::append(RecordedCall call) {
     uint64_t sequence = 0;
     std::shared_ptr<const Listener> listener;
     {
-        MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         sequence = nextSequence_++;
         call.sequence = sequence;
         entries_.push_back(call);
@@ -24,12 +24,12 @@ uint64_t Journal::append(RecordedCall call) {
 }
 
 std::vector<RecordedCall> Journal::entries() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return entries_;
 }
 
 std::vector<RecordedCall> Journal::entriesOf(HostCall call) const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     std::vector<RecordedCall> selected;
     std::copy_if(entries_.begin(), entries_.end(), std::back_inserter(selected),
                  [call](const RecordedCall& entry) { return entry.call == call; });
@@ -37,13 +37,13 @@ std::vector<RecordedCall> Journal::entriesOf(HostCall call) const {
 }
 
 std::size_t Journal::countOf(HostCall call) const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return static_cast<std::size_t>(std::count_if(entries_.begin(), entries_.end(),
                                                   [call](const RecordedCall& entry) { return entry.call == call; }));
 }
 
 uint64_t Journal::lastSequence() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return entries_.empty() ? 0 : entries_.back().sequence;
 }
 
@@ -61,7 +61,7 @@ HarnessStatus Journal::waitForLog(const LogExpectation& expected, std::chrono::m
 }
 
 void Journal::clear() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     entries_.clear();
     nextSequence_ = 1;
 }
@@ -71,7 +71,7 @@ void Journal::setListener(Listener listener) {
     if (listener) {
         replacement = std::make_shared<const Listener>(std::move(listener));
     }
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     listener_ = std::move(replacement);
 }
 
@@ -80,7 +80,7 @@ HarnessStatus Journal::waitUntil(const Predicate& wanted, std::chrono::milliseco
     const auto bounded =
         std::clamp(timeout, std::chrono::milliseconds::zero(), std::chrono::milliseconds(std::chrono::hours(24)));
     const auto deadline = std::chrono::steady_clock::now() + bounded;
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     for (;;) {
         if (const RecordedCall* found = findLocked(wanted)) {
             if (matched != nullptr) {

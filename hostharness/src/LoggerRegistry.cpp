@@ -27,7 +27,7 @@ void LoggerRegistry::issue(const std::string& name, ACCLogger_t* record) {
     LoggerTag tag{};
     std::memcpy(tag.magic, kMagic, sizeof(kMagic));
     {
-        MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         tag.generation = generation_;
         tag.index = static_cast<uint32_t>(names_.size());
         names_.push_back(name);
@@ -46,7 +46,7 @@ std::optional<std::string> LoggerRegistry::nameOf(const ACCLogger_t* record) con
     if (std::memcmp(tag.magic, kMagic, sizeof(kMagic)) != 0) {
         return std::nullopt;
     }
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (tag.generation != generation_ || tag.index >= names_.size()) {
         return std::nullopt;
     }
@@ -54,7 +54,7 @@ std::optional<std::string> LoggerRegistry::nameOf(const ACCLogger_t* record) con
 }
 
 void LoggerRegistry::clear() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     names_.clear();
     ++generation_;
 }

@@ -15,7 +15,7 @@ HarnessStatus ResponsePlan::setResult(HostCall call, int16_t result) {
     if (!hasConfigurableResult(call)) {
         return HarnessStatus::NoResult;
     }
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     results_[indexOf(call)] = result;
     return HarnessStatus::Ok;
 }
@@ -24,12 +24,12 @@ int16_t ResponsePlan::resultOf(HostCall call) const {
     if (!hasConfigurableResult(call)) {
         return 0;
     }
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return results_[indexOf(call)];
 }
 
 HarnessStatus ResponsePlan::setEntryPointResult(Accessory_APIVersion_t version, int16_t result) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (version == kCallControlVersion) {
         callControlEntryResult_ = result;
     } else if (version == kLoggerVersion) {
@@ -44,7 +44,7 @@ HarnessStatus ResponsePlan::entryPointResult(Accessory_APIVersion_t version, int
     if (result == nullptr) {
         return HarnessStatus::NullArgument;
     }
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (version == kCallControlVersion) {
         *result = callControlEntryResult_;
     } else if (version == kLoggerVersion) {
@@ -63,18 +63,18 @@ HarnessStatus ResponsePlan::setCalls(const std::vector<CallDescription>& calls) 
             return status;
         }
     }
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     calls_ = std::move(records);
     return HarnessStatus::Ok;
 }
 
 std::vector<Accessory_CallInfo_v1_0_t> ResponsePlan::calls() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return calls_;
 }
 
 void ResponsePlan::reset() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     results_.fill(0);
     callControlEntryResult_ = 0;
     loggerEntryResult_ = 0;

@@ -3,7 +3,7 @@
 namespace vexil {
 
 void CommandLog::append(const VexilCtlCommand& command) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (entries_.size() == kCapacity) {
         entries_.pop_front();
     }
@@ -11,12 +11,12 @@ void CommandLog::append(const VexilCtlCommand& command) {
 }
 
 std::size_t CommandLog::count() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return entries_.size();
 }
 
 std::optional<VexilCtlCommand> CommandLog::at(std::size_t index) const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (index >= entries_.size()) {
         return std::nullopt;
     }
@@ -24,7 +24,7 @@ std::optional<VexilCtlCommand> CommandLog::at(std::size_t index) const {
 }
 
 void CommandLog::clear() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     entries_.clear();
 }
 

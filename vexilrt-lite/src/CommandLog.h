@@ -6,7 +6,7 @@
 #include <deque>
 #include <optional>
 
-#include "Mutex.h"
+#include "bqlcommon/Mutex.h"
 #include "vexilctl/VexilControl.h"
 
 namespace vexil {
@@ -15,14 +15,14 @@ class CommandLog {
 public:
     static constexpr std::size_t kCapacity = VEXILCTL_COMMAND_LOG_CAPACITY;
 
-    void append(const VexilCtlCommand& command) EXCLUDES(mutex_);
-    std::size_t count() const EXCLUDES(mutex_);
-    std::optional<VexilCtlCommand> at(std::size_t index) const EXCLUDES(mutex_);
-    void clear() EXCLUDES(mutex_);
+    void append(const VexilCtlCommand& command) BQL_EXCLUDES(mutex_);
+    std::size_t count() const BQL_EXCLUDES(mutex_);
+    std::optional<VexilCtlCommand> at(std::size_t index) const BQL_EXCLUDES(mutex_);
+    void clear() BQL_EXCLUDES(mutex_);
 
 private:
-    mutable Mutex mutex_;
-    std::deque<VexilCtlCommand> entries_ GUARDED_BY(mutex_);
+    mutable bql::Mutex mutex_;
+    std::deque<VexilCtlCommand> entries_ BQL_GUARDED_BY(mutex_);
 };
 
 }  // namespace vexil

@@ -26,7 +26,7 @@ int32_t EventDispatcher::start() {
         thread_.join();
     }
     {
-        MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         queue_.clear();
         stopRequested_ = false;
         startup_ = Startup::Pending;
@@ -38,7 +38,7 @@ int32_t EventDispatcher::start() {
     }
     Startup outcome;
     {
-        MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         while (startup_ == Startup::Pending) {
             lock.wait(changed_);
         }
@@ -54,7 +54,7 @@ int32_t EventDispatcher::start() {
 
 bool EventDispatcher::stop() {
     {
-        MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         accepting_ = false;
         stopRequested_ = true;
         queue_.clear();
@@ -77,7 +77,7 @@ void EventDispatcher::joinEnded() {
 
 bool EventDispatcher::post(RuntimeEvent event) {
     {
-        MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         if (!accepting_) {
             return false;
         }
@@ -89,7 +89,7 @@ bool EventDispatcher::post(RuntimeEvent event) {
 
 bool EventDispatcher::waitIdle(std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     while (!queue_.empty() || delivering_) {
         if (!lock.waitUntil(changed_, deadline) && (!queue_.empty() || delivering_)) {
             return false;
@@ -99,13 +99,13 @@ bool EventDispatcher::waitIdle(std::chrono::milliseconds timeout) {
 }
 
 bool EventDispatcher::onEventThread() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return threadId_ == std::this_thread::get_id();
 }
 
 void EventDispatcher::reportStartup(Startup outcome) {
     {
-        MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         startup_ = outcome;
         threadId_ = outcome == Startup::Running ? std::this_thread::get_id() : std::thread::id();
     }
@@ -113,7 +113,7 @@ void EventDispatcher::reportStartup(Startup outcome) {
 }
 
 std::optional<RuntimeEvent> EventDispatcher::next() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     delivering_ = false;
     changed_.notify_all();
     while (!stopRequested_ && queue_.empty()) {

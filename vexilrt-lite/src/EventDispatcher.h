@@ -10,7 +10,8 @@
 #include <optional>
 #include <thread>
 
-#include "Mutex.h"
+#include "bqlcommon/Mutex.h"
+
 #include "RuntimeEvent.h"
 
 namespace vexil {
@@ -29,46 +30,46 @@ public:
     // thread cannot be started, or when the caller is the previous event thread, which was
     // stopped from inside a delivery and has not finished yet. start() and stop() are called
     // one at a time (the runtime's lifecycle sees to that).
-    int32_t start() EXCLUDES(mutex_);
+    int32_t start() BQL_EXCLUDES(mutex_);
 
     // Discards queued events, wakes the thread and joins it; true then. Called on the event
     // thread itself it only asks the thread to end once the current delivery returns, and
     // gives false; the next start() joins it.
-    bool stop() EXCLUDES(mutex_);
+    bool stop() BQL_EXCLUDES(mutex_);
 
     // Joins a thread that ended after being stopped from inside a delivery. Only once the
     // thread has said its last word (the `ended` callback), and never on that thread.
     void joinEnded();
 
     // False when the dispatcher is stopped: the event is dropped.
-    bool post(RuntimeEvent event) EXCLUDES(mutex_);
+    bool post(RuntimeEvent event) BQL_EXCLUDES(mutex_);
 
     // True once the queue is empty and no delivery is in progress; false when time ran out.
-    bool waitIdle(std::chrono::milliseconds timeout) EXCLUDES(mutex_);
+    bool waitIdle(std::chrono::milliseconds timeout) BQL_EXCLUDES(mutex_);
 
-    bool onEventThread() const EXCLUDES(mutex_);
+    bool onEventThread() const BQL_EXCLUDES(mutex_);
 
 private:
     enum class Startup { Pending, Running, Failed };
 
-    void run() EXCLUDES(mutex_);
+    void run() BQL_EXCLUDES(mutex_);
     // Marks the previous delivery done, then waits for the next event; nothing once stopped.
-    std::optional<RuntimeEvent> next() EXCLUDES(mutex_);
-    void reportStartup(Startup outcome) EXCLUDES(mutex_);
+    std::optional<RuntimeEvent> next() BQL_EXCLUDES(mutex_);
+    void reportStartup(Startup outcome) BQL_EXCLUDES(mutex_);
 
     const Deliver deliver_;
     const Ended ended_;
     // Touched only by start() and stop(), never concurrently.
     std::thread thread_;
 
-    mutable Mutex mutex_;
-    std::condition_variable_any changed_;
-    std::deque<RuntimeEvent> queue_ GUARDED_BY(mutex_);
-    bool accepting_ GUARDED_BY(mutex_) = false;
-    bool stopRequested_ GUARDED_BY(mutex_) = false;
-    bool delivering_ GUARDED_BY(mutex_) = false;
-    Startup startup_ GUARDED_BY(mutex_) = Startup::Pending;
-    std::thread::id threadId_ GUARDED_BY(mutex_);
+    mutable bql::Mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<RuntimeEvent> queue_ BQL_GUARDED_BY(mutex_);
+    bool accepting_ BQL_GUARDED_BY(mutex_) = false;
+    bool stopRequested_ BQL_GUARDED_BY(mutex_) = false;
+    bool delivering_ BQL_GUARDED_BY(mutex_) = false;
+    Startup startup_ BQL_GUARDED_BY(mutex_) = Startup::Pending;
+    std::thread::id threadId_ BQL_GUARDED_BY(mutex_);
 };
 
 }  // namespace vexil

@@ -57,12 +57,12 @@ bool FaultInjector::isKnown(const std::string& name) {
 }
 
 void FaultInjector::arm(const std::string& name, int32_t status, int32_t remaining) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     faults_[name] = Fault{status, remaining};
 }
 
 std::optional<int32_t> FaultInjector::take(const char* name) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     const auto found = faults_.find(std::string_view(name));
     if (found == faults_.end()) {
         return std::nullopt;
@@ -75,7 +75,7 @@ std::optional<int32_t> FaultInjector::take(const char* name) {
 }
 
 void FaultInjector::clear() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     faults_.clear();
 }
 

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "Mutex.h"
+#include "bqlcommon/Mutex.h"
 
 namespace vexil {
 
@@ -22,12 +22,12 @@ public:
     static bool isKnown(const std::string& name);
 
     // `remaining` is a positive count or kAlways; the name must be known.
-    void arm(const std::string& name, int32_t status, int32_t remaining) EXCLUDES(mutex_);
+    void arm(const std::string& name, int32_t status, int32_t remaining) BQL_EXCLUDES(mutex_);
 
     // The status to fail with when a fault is armed for `name`; counts the call down.
-    std::optional<int32_t> take(const char* name) EXCLUDES(mutex_);
+    std::optional<int32_t> take(const char* name) BQL_EXCLUDES(mutex_);
 
-    void clear() EXCLUDES(mutex_);
+    void clear() BQL_EXCLUDES(mutex_);
 
 private:
     struct Fault {
@@ -35,8 +35,8 @@ private:
         int32_t remaining;
     };
 
-    Mutex mutex_;
-    std::map<std::string, Fault, std::less<>> faults_ GUARDED_BY(mutex_);
+    bql::Mutex mutex_;
+    std::map<std::string, Fault, std::less<>> faults_ BQL_GUARDED_BY(mutex_);
 };
 
 }  // namespace vexil

@@ -5,7 +5,7 @@
 #include <map>
 #include <optional>
 
-#include "Mutex.h"
+#include "bqlcommon/Mutex.h"
 
 namespace vexil {
 
@@ -20,18 +20,18 @@ enum class HeadsetCallState : int32_t {
 
 class HeadsetCallStates {
 public:
-    void set(int32_t callId, HeadsetCallState state) EXCLUDES(mutex_);
-    std::optional<HeadsetCallState> get(int32_t callId) const EXCLUDES(mutex_);
+    void set(int32_t callId, HeadsetCallState state) BQL_EXCLUDES(mutex_);
+    std::optional<HeadsetCallState> get(int32_t callId) const BQL_EXCLUDES(mutex_);
 
-    void setMuted(bool muted) EXCLUDES(mutex_);
-    bool muted() const EXCLUDES(mutex_);
+    void setMuted(bool muted) BQL_EXCLUDES(mutex_);
+    bool muted() const BQL_EXCLUDES(mutex_);
 
-    void clear() EXCLUDES(mutex_);
+    void clear() BQL_EXCLUDES(mutex_);
 
 private:
-    mutable Mutex mutex_;
-    std::map<int32_t, HeadsetCallState> calls_ GUARDED_BY(mutex_);
-    bool muted_ GUARDED_BY(mutex_) = false;
+    mutable bql::Mutex mutex_;
+    std::map<int32_t, HeadsetCallState> calls_ BQL_GUARDED_BY(mutex_);
+    bool muted_ BQL_GUARDED_BY(mutex_) = false;
 };
 
 }  // namespace vexil

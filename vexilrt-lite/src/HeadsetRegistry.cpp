@@ -11,7 +11,7 @@ std::vector<Headset>::const_iterator HeadsetRegistry::find(const std::wstring& p
 }
 
 bool HeadsetRegistry::add(Headset headset) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (find(headset.path) != headsets_.end()) {
         return false;
     }
@@ -23,7 +23,7 @@ bool HeadsetRegistry::add(Headset headset) {
 }
 
 bool HeadsetRegistry::remove(const std::wstring& path) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     const auto found = find(path);
     if (found == headsets_.end()) {
         return false;
@@ -42,22 +42,22 @@ bool HeadsetRegistry::remove(const std::wstring& path) {
 }
 
 std::vector<Headset> HeadsetRegistry::all() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return headsets_;
 }
 
 std::size_t HeadsetRegistry::count() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return headsets_.size();
 }
 
 bool HeadsetRegistry::contains(const std::wstring& path) const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return find(path) != headsets_.end();
 }
 
 std::optional<Headset> HeadsetRegistry::active() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (!activePath_) {
         return std::nullopt;
     }
@@ -66,7 +66,7 @@ std::optional<Headset> HeadsetRegistry::active() const {
 }
 
 bool HeadsetRegistry::setActive(const std::wstring& path) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (find(path) == headsets_.end()) {
         return false;
     }
@@ -75,17 +75,17 @@ bool HeadsetRegistry::setActive(const std::wstring& path) {
 }
 
 void HeadsetRegistry::countRefresh() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     ++refreshCount_;
 }
 
 int32_t HeadsetRegistry::refreshCount() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return refreshCount_;
 }
 
 void HeadsetRegistry::clear() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     headsets_.clear();
     activePath_.reset();
     refreshCount_ = 0;

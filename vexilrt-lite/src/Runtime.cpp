@@ -20,7 +20,7 @@ Runtime::Runtime()
       deviceManager_(*this),
       softphoneDefaults_(*this) {}
 
-bool Runtime::awaitSettled(MutexLock& lock) {
+bool Runtime::awaitSettled(bql::MutexLock& lock) {
     while (phase_ == Phase::Starting || phase_ == Phase::Stopping) {
         if (dispatcher_.onEventThread()) {
             return false;
@@ -32,7 +32,7 @@ bool Runtime::awaitSettled(MutexLock& lock) {
 
 void Runtime::setPhase(Phase phase) {
     {
-        MutexLock lock(lifecycle_);
+        bql::MutexLock lock(lifecycle_);
         phase_ = phase;
     }
     phaseChanged_.notify_all();
@@ -40,7 +40,7 @@ void Runtime::setPhase(Phase phase) {
 
 int32_t Runtime::start() {
     {
-        MutexLock lock(lifecycle_);
+        bql::MutexLock lock(lifecycle_);
         if (!awaitSettled(lock)) {
             return VEXIL_E_REFUSED;
         }
@@ -64,7 +64,7 @@ int32_t Runtime::start() {
 
 void Runtime::stop() {
     {
-        MutexLock lock(lifecycle_);
+        bql::MutexLock lock(lifecycle_);
         if (!awaitSettled(lock)) {
             return;
         }
@@ -83,14 +83,14 @@ void Runtime::stop() {
     if (dispatcher_.stop()) {
         setPhase(Phase::Stopped);
     } else {
-        MutexLock lock(lifecycle_);
+        bql::MutexLock lock(lifecycle_);
         stoppedFromEventThread_ = true;
     }
 }
 
 void Runtime::eventThreadEnded() {
     {
-        MutexLock lock(lifecycle_);
+        bql::MutexLock lock(lifecycle_);
         if (!stoppedFromEventThread_) {
             return;
         }
@@ -101,7 +101,7 @@ void Runtime::eventThreadEnded() {
 }
 
 bool Runtime::resetWhenStopped() {
-    MutexLock lock(lifecycle_);
+    bql::MutexLock lock(lifecycle_);
     if (phase_ != Phase::Stopped) {
         return false;
     }

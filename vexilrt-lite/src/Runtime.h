@@ -12,13 +12,14 @@
 #include <condition_variable>
 #include <cstdint>
 
+#include "bqlcommon/Mutex.h"
+
 #include "CommandLog.h"
 #include "DeviceManager.h"
 #include "EventDispatcher.h"
 #include "FaultInjector.h"
 #include "HeadsetCallStates.h"
 #include "HeadsetRegistry.h"
-#include "Mutex.h"
 #include "RuntimeEvent.h"
 #include "SessionManager.h"
 #include "SessionManagerInt.h"
@@ -36,14 +37,14 @@ public:
     Runtime(const Runtime&) = delete;
     Runtime& operator=(const Runtime&) = delete;
 
-    int32_t start() EXCLUDES(lifecycle_);
-    void stop() EXCLUDES(lifecycle_);
+    int32_t start() BQL_EXCLUDES(lifecycle_);
+    void stop() BQL_EXCLUDES(lifecycle_);
     bool running() const { return running_.load(); }
     // The current (or last) run, which owns the session-manager subscribers.
     int32_t generation() const { return generation_.load(); }
 
     // Back to a pristine state; false while the runtime is not shut down.
-    bool resetWhenStopped() EXCLUDES(lifecycle_);
+    bool resetWhenStopped() BQL_EXCLUDES(lifecycle_);
 
     // Drops the session whose handle this is, and its call subscribers.
     bool unregisterSession(const void* handle);
@@ -73,11 +74,11 @@ private:
 
     // Waits out a start or stop in progress on another thread; false when the caller is the
     // event thread, which must not wait for its own lifecycle.
-    bool awaitSettled(MutexLock& lock) REQUIRES(lifecycle_);
-    void setPhase(Phase phase) EXCLUDES(lifecycle_);
+    bool awaitSettled(bql::MutexLock& lock) BQL_REQUIRES(lifecycle_);
+    void setPhase(Phase phase) BQL_EXCLUDES(lifecycle_);
     void deliver(const RuntimeEvent& event);
     // The event thread's last word: completes a shut-down that was started on it.
-    void eventThreadEnded() EXCLUDES(lifecycle_);
+    void eventThreadEnded() BQL_EXCLUDES(lifecycle_);
 
     FaultInjector faults_;
     CommandLog commands_;
@@ -95,12 +96,12 @@ private:
 
     std::atomic<bool> running_{false};
     std::atomic<int32_t> generation_{0};
-    Mutex lifecycle_;
-    std::condition_variable_any phaseChanged_;
-    Phase phase_ GUARDED_BY(lifecycle_) = Phase::Stopped;
+    bql::Mutex lifecycle_;
+    std::condition_variable phaseChanged_;
+    Phase phase_ BQL_GUARDED_BY(lifecycle_) = Phase::Stopped;
     // A shut-down ran on the event thread, which could not join itself: the runtime counts as
     // stopped once that thread has ended.
-    bool stoppedFromEventThread_ GUARDED_BY(lifecycle_) = false;
+    bool stoppedFromEventThread_ BQL_GUARDED_BY(lifecycle_) = false;
 };
 
 }  // namespace vexil

@@ -5,7 +5,7 @@
 namespace vexil {
 
 std::optional<int32_t> SessionRegistry::add(std::wstring name, int32_t kind, const void* handle) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (session_) {
         return std::nullopt;
     }
@@ -19,7 +19,7 @@ std::optional<int32_t> SessionRegistry::add(std::wstring name, int32_t kind, con
 }
 
 std::optional<int32_t> SessionRegistry::removeByHandle(const void* handle) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (!session_ || session_->handle != handle) {
         return std::nullopt;
     }
@@ -29,7 +29,7 @@ std::optional<int32_t> SessionRegistry::removeByHandle(const void* handle) {
 }
 
 std::optional<int32_t> SessionRegistry::removeAny() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (!session_) {
         return std::nullopt;
     }
@@ -39,12 +39,12 @@ std::optional<int32_t> SessionRegistry::removeAny() {
 }
 
 std::optional<SessionRecord> SessionRegistry::current() const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return session_;
 }
 
 std::optional<int32_t> SessionRegistry::pluginIdOf(const void* handle) const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (!session_ || session_->handle != handle) {
         return std::nullopt;
     }
@@ -52,12 +52,12 @@ std::optional<int32_t> SessionRegistry::pluginIdOf(const void* handle) const {
 }
 
 bool SessionRegistry::isRegistered(int32_t pluginId) const {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return session_ && session_->pluginId == pluginId;
 }
 
 bool SessionRegistry::setStatus(int32_t pluginId, int32_t status) {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     if (!session_ || session_->pluginId != pluginId) {
         return false;
     }
@@ -66,7 +66,7 @@ bool SessionRegistry::setStatus(int32_t pluginId, int32_t status) {
 }
 
 void SessionRegistry::reset() {
-    MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     session_.reset();
     nextPluginId_ = kFirstPluginId;
 }

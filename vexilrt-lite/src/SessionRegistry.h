@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "Mutex.h"
+#include "bqlcommon/Mutex.h"
 
 namespace vexil {
 
@@ -24,27 +24,27 @@ public:
     static constexpr int32_t kFirstPluginId = 1001;
 
     // The new plug-in id, or nothing while a session is registered.
-    std::optional<int32_t> add(std::wstring name, int32_t kind, const void* handle) EXCLUDES(mutex_);
+    std::optional<int32_t> add(std::wstring name, int32_t kind, const void* handle) BQL_EXCLUDES(mutex_);
 
     // The plug-in id of the session dropped, or nothing when `handle` is not the session's.
-    std::optional<int32_t> removeByHandle(const void* handle) EXCLUDES(mutex_);
+    std::optional<int32_t> removeByHandle(const void* handle) BQL_EXCLUDES(mutex_);
     // The plug-in id of the session dropped, if there was one.
-    std::optional<int32_t> removeAny() EXCLUDES(mutex_);
+    std::optional<int32_t> removeAny() BQL_EXCLUDES(mutex_);
 
-    std::optional<SessionRecord> current() const EXCLUDES(mutex_);
-    std::optional<int32_t> pluginIdOf(const void* handle) const EXCLUDES(mutex_);
-    bool isRegistered(int32_t pluginId) const EXCLUDES(mutex_);
+    std::optional<SessionRecord> current() const BQL_EXCLUDES(mutex_);
+    std::optional<int32_t> pluginIdOf(const void* handle) const BQL_EXCLUDES(mutex_);
+    bool isRegistered(int32_t pluginId) const BQL_EXCLUDES(mutex_);
 
     // False for an id that is not the registered session's.
-    bool setStatus(int32_t pluginId, int32_t status) EXCLUDES(mutex_);
+    bool setStatus(int32_t pluginId, int32_t status) BQL_EXCLUDES(mutex_);
 
     // No session, and plug-in ids start over.
-    void reset() EXCLUDES(mutex_);
+    void reset() BQL_EXCLUDES(mutex_);
 
 private:
-    mutable Mutex mutex_;
-    std::optional<SessionRecord> session_ GUARDED_BY(mutex_);
-    int32_t nextPluginId_ GUARDED_BY(mutex_) = kFirstPluginId;
+    mutable bql::Mutex mutex_;
+    std::optional<SessionRecord> session_ BQL_GUARDED_BY(mutex_);
+    int32_t nextPluginId_ BQL_GUARDED_BY(mutex_) = kFirstPluginId;
 };
 
 }  // namespace vexil

@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-#include "Mutex.h"
+#include "bqlcommon/Mutex.h"
 
 namespace vexil {
 
@@ -24,16 +24,16 @@ template <class Subscriber>
 class SubscriberSet {
 public:
     // Starts accepting subscribers for `owner` (non-zero), with none yet.
-    void open(int32_t owner) EXCLUDES(mutex_) {
-        MutexLock lock(mutex_);
+    void open(int32_t owner) BQL_EXCLUDES(mutex_) {
+        bql::MutexLock lock(mutex_);
         owner_ = owner;
         subscribers_.clear();
     }
 
     // Drops every subscriber and stops accepting, if `owner` still owns the set; then waits
     // until no delivery is in progress, unless the caller is the delivering thread.
-    void close(int32_t owner) EXCLUDES(mutex_) {
-        MutexLock lock(mutex_);
+    void close(int32_t owner) BQL_EXCLUDES(mutex_) {
+        bql::MutexLock lock(mutex_);
         if (owner_ != owner) {
             return;
         }
@@ -44,8 +44,8 @@ public:
         }
     }
 
-    SubscribeResult add(Subscriber* subscriber, int32_t owner) EXCLUDES(mutex_) {
-        MutexLock lock(mutex_);
+    SubscribeResult add(Subscriber* subscriber, int32_t owner) BQL_EXCLUDES(mutex_) {
+        bql::MutexLock lock(mutex_);
         if (owner_ == 0 || owner_ != owner) {
             return SubscribeResult::Closed;
         }
@@ -58,8 +58,8 @@ public:
 
     // False when the subscriber is not in the set of `owner`. Waits while it is being called,
     // unless the caller is the delivering thread (a subscriber may unsubscribe itself).
-    bool remove(Subscriber* subscriber, int32_t owner) EXCLUDES(mutex_) {
-        MutexLock lock(mutex_);
+    bool remove(Subscriber* subscriber, int32_t owner) BQL_EXCLUDES(mutex_) {
+        bql::MutexLock lock(mutex_);
         if (owner_ == 0 || owner_ != owner || !contains(subscriber)) {
             return false;
         }
@@ -70,18 +70,18 @@ public:
         return true;
     }
 
-    std::size_t size() const EXCLUDES(mutex_) {
-        MutexLock lock(mutex_);
+    std::size_t size() const BQL_EXCLUDES(mutex_) {
+        bql::MutexLock lock(mutex_);
         return subscribers_.size();
     }
 
     // Calls `call(subscriber)` for each subscriber of `owner`, one at a time, without the
     // lock; a subscriber removed meanwhile is skipped. Exceptions of a subscriber stop at it.
     template <class Call>
-    void deliver(int32_t owner, Call&& call) EXCLUDES(mutex_) {
+    void deliver(int32_t owner, Call&& call) BQL_EXCLUDES(mutex_) {
         std::vector<Subscriber*> snapshot;
         {
-            MutexLock lock(mutex_);
+            bql::MutexLock lock(mutex_);
             if (owner_ == 0 || owner_ != owner) {
                 return;
             }
@@ -101,12 +101,12 @@ public:
     }
 
 private:
-    bool contains(Subscriber* subscriber) const REQUIRES(mutex_) {
+    bool contains(Subscriber* subscriber) const BQL_REQUIRES(mutex_) {
         return std::find(subscribers_.begin(), subscribers_.end(), subscriber) != subscribers_.end();
     }
 
-    bool beginDelivery(Subscriber* subscriber, int32_t owner) EXCLUDES(mutex_) {
-        MutexLock lock(mutex_);
+    bool beginDelivery(Subscriber* subscriber, int32_t owner) BQL_EXCLUDES(mutex_) {
+        bql::MutexLock lock(mutex_);
         if (owner_ != owner || !contains(subscriber)) {
             return false;
         }
@@ -115,21 +115,21 @@ private:
         return true;
     }
 
-    void endDelivery() EXCLUDES(mutex_) {
+    void endDelivery() BQL_EXCLUDES(mutex_) {
         {
-            MutexLock lock(mutex_);
+            bql::MutexLock lock(mutex_);
             delivering_ = nullptr;
             deliveringThread_ = std::thread::id();
         }
         deliveryEnded_.notify_all();
     }
 
-    mutable Mutex mutex_;
-    std::condition_variable_any deliveryEnded_;
-    int32_t owner_ GUARDED_BY(mutex_) = 0;
-    std::vector<Subscriber*> subscribers_ GUARDED_BY(mutex_);
-    Subscriber* delivering_ GUARDED_BY(mutex_) = nullptr;
-    std::thread::id deliveringThread_ GUARDED_BY(mutex_);
+    mutable bql::Mutex mutex_;
+    std::condition_variable deliveryEnded_;
+    int32_t owner_ BQL_GUARDED_BY(mutex_) = 0;
+    std::vector<Subscriber*> subscribers_ BQL_GUARDED_BY(mutex_);
+    Subscriber* delivering_ BQL_GUARDED_BY(mutex_) = nullptr;
+    std::thread::id deliveringThread_ BQL_GUARDED_BY(mutex_);
 };
 
 }  // namespace vexil

@@ -8,24 +8,24 @@
 #include <string>
 #include <vector>
 
+#include "bqlcommon/Mutex.h"
 #include "colloq/AccessoryAPI.h"
-#include "hostharness/ThreadAnnotations.h"
 
 namespace hostharness {
 
 class LoggerRegistry {
 public:
     // Fills *record so that it names this logger; does nothing for a null record.
-    void issue(const std::string& name, ACCLogger_t* record) HH_EXCLUDES(mutex_);
+    void issue(const std::string& name, ACCLogger_t* record) BQL_EXCLUDES(mutex_);
     // The name a record was issued under; nothing for a record this registry did not fill.
-    std::optional<std::string> nameOf(const ACCLogger_t* record) const HH_EXCLUDES(mutex_);
+    std::optional<std::string> nameOf(const ACCLogger_t* record) const BQL_EXCLUDES(mutex_);
     // Forgets every issued logger; records filled before no longer name one.
-    void clear() HH_EXCLUDES(mutex_);
+    void clear() BQL_EXCLUDES(mutex_);
 
 private:
-    mutable Mutex mutex_;
-    std::vector<std::string> names_ HH_GUARDED_BY(mutex_);
-    uint32_t generation_ HH_GUARDED_BY(mutex_) = 1;
+    mutable bql::Mutex mutex_;
+    std::vector<std::string> names_ BQL_GUARDED_BY(mutex_);
+    uint32_t generation_ BQL_GUARDED_BY(mutex_) = 1;
 };
 
 }  // namespace hostharness

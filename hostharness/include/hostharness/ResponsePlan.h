@@ -7,11 +7,11 @@
 #include <cstdint>
 #include <vector>
 
+#include "bqlcommon/Mutex.h"
 #include "colloq/AccessoryAPI.h"
 #include "hostharness/CallDescription.h"
 #include "hostharness/HarnessStatus.h"
 #include "hostharness/HostCall.h"
-#include "hostharness/ThreadAnnotations.h"
 
 namespace hostharness {
 
@@ -25,31 +25,31 @@ class ResponsePlan {
 public:
     // For operations with hasConfigurableResult(call); NoResult for the others, UnknownSlot for
     // values outside HostCall.
-    HarnessStatus setResult(HostCall call, int16_t result) HH_EXCLUDES(mutex_);
+    HarnessStatus setResult(HostCall call, int16_t result) BQL_EXCLUDES(mutex_);
     // The configured result, 0 for operations without one.
-    int16_t resultOf(HostCall call) const HH_EXCLUDES(mutex_);
+    int16_t resultOf(HostCall call) const BQL_EXCLUDES(mutex_);
 
     // kClientFailure makes the entry point refuse that version without filling the table; any
     // other value is returned after filling it. UnknownSlot for other versions.
-    HarnessStatus setEntryPointResult(Accessory_APIVersion_t version, int16_t result) HH_EXCLUDES(mutex_);
-    HarnessStatus entryPointResult(Accessory_APIVersion_t version, int16_t* result) const HH_EXCLUDES(mutex_);
+    HarnessStatus setEntryPointResult(Accessory_APIVersion_t version, int16_t result) BQL_EXCLUDES(mutex_);
+    HarnessStatus entryPointResult(Accessory_APIVersion_t version, int16_t* result) const BQL_EXCLUDES(mutex_);
 
     // The calls getCalls copies out, in order. All are checked first: one that does not fit the
     // record gives TextTooLong and keeps the previous list.
-    HarnessStatus setCalls(const std::vector<CallDescription>& calls) HH_EXCLUDES(mutex_);
-    std::vector<Accessory_CallInfo_v1_0_t> calls() const HH_EXCLUDES(mutex_);
+    HarnessStatus setCalls(const std::vector<CallDescription>& calls) BQL_EXCLUDES(mutex_);
+    std::vector<Accessory_CallInfo_v1_0_t> calls() const BQL_EXCLUDES(mutex_);
 
-    void reset() HH_EXCLUDES(mutex_);
+    void reset() BQL_EXCLUDES(mutex_);
 
 private:
     static constexpr std::size_t kConfigurable = kCallControlSlots + 1;  // the slots, then getLogger
     static std::size_t indexOf(HostCall call);
 
-    mutable Mutex mutex_;
-    std::array<int16_t, kConfigurable> results_ HH_GUARDED_BY(mutex_) = {};
-    int16_t callControlEntryResult_ HH_GUARDED_BY(mutex_) = 0;
-    int16_t loggerEntryResult_ HH_GUARDED_BY(mutex_) = 0;
-    std::vector<Accessory_CallInfo_v1_0_t> calls_ HH_GUARDED_BY(mutex_);
+    mutable bql::Mutex mutex_;
+    std::array<int16_t, kConfigurable> results_ BQL_GUARDED_BY(mutex_) = {};
+    int16_t callControlEntryResult_ BQL_GUARDED_BY(mutex_) = 0;
+    int16_t loggerEntryResult_ BQL_GUARDED_BY(mutex_) = 0;
+    std::vector<Accessory_CallInfo_v1_0_t> calls_ BQL_GUARDED_BY(mutex_);
 };
 
 }  // namespace hostharness
