@@ -1,8 +1,12 @@
-// One-time initialisation of the handler singletons: dispatch_once on Apple systems,
-// std::call_once elsewhere.
+// One-time initialisation of the handler singletons: dispatch_once wherever the Apple frameworks
+// are built against (on Apple systems, or their test double), std::call_once elsewhere.
 #pragma once
 
-#if defined(__APPLE__)
+#if defined(__APPLE__) && !defined(BQL_APPLE_FRAMEWORKS)
+#error "Apple builds take dispatch from the bql_platform target"
+#endif
+
+#if defined(BQL_APPLE_FRAMEWORKS)
 #include <dispatch/dispatch.h>
 #else
 #include <mutex>
@@ -10,7 +14,7 @@
 
 namespace platform {
 
-#if defined(__APPLE__)
+#if defined(BQL_APPLE_FRAMEWORKS)
 using OnceFlag = dispatch_once_t;
 
 template <typename Init>
