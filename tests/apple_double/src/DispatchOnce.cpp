@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr dispatch_once_t kUntouched = 0;
+// A predicate starts at zero (untouched), holds kRunning while the function runs, then kDone.
 constexpr dispatch_once_t kRunning = 1;
 constexpr dispatch_once_t kDone = ~dispatch_once_t{0};
 
