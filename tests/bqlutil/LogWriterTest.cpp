@@ -11,13 +11,13 @@
 #include <thread>
 #include <vector>
 
-#include "FileLines.h"
-#include "TempDir.h"
+#include "bqltest/FileLines.h"
+#include "bqltest/TempDirectory.h"
 
 namespace {
 
-using bqlutil_test::countLinesContaining;
-using bqlutil_test::readLines;
+using bqltest::countLinesContaining;
+using bqltest::readLines;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
@@ -91,7 +91,7 @@ class LogWriterTest : public ::testing::Test {
   }
 
  private:
-  bqlutil_test::TempDir tempDir_;
+  bqltest::TempDirectory tempDir_;
 };
 
 TEST_F(LogWriterTest, LineReachesFileWithTimeLevelThreadFunctionAndLocation) {
@@ -111,7 +111,7 @@ TEST_F(LogWriterTest, MissingLogFolderIsCreatedWithItsParents) {
   EXPECT_EQ(LogWriter_info("started", "int main()", "<>"), 0);
 
   EXPECT_TRUE(fs::is_directory(nested));
-  EXPECT_EQ(countLinesContaining(readLines(logFile(nested)), "int main() <> started"), 1u);
+  EXPECT_EQ(countLinesContaining(readLines(logFile(nested)), "int main() <> started"), 1);
 }
 
 TEST_F(LogWriterTest, EachLevelIsNamedInItsLine) {
@@ -165,7 +165,7 @@ TEST_F(LogWriterTest, ConfigurationFileThatDoesNotExistFallsBackToLogFolder) {
   ASSERT_EQ(LogWriter_init(missing.c_str(), dir().c_str(), loggerName().c_str()), 0);
   EXPECT_EQ(LogWriter_info("fallback", "f", "<>"), 0);
 
-  EXPECT_EQ(countLinesContaining(readLines(logFile(dir())), "f <> fallback"), 1u);
+  EXPECT_EQ(countLinesContaining(readLines(logFile(dir())), "f <> fallback"), 1);
 }
 
 TEST_F(LogWriterTest, ConfigurationPathNamingAFolderFallsBackToLogFolder) {
@@ -175,7 +175,7 @@ TEST_F(LogWriterTest, ConfigurationPathNamingAFolderFallsBackToLogFolder) {
   ASSERT_EQ(LogWriter_init(folder.c_str(), dir().c_str(), loggerName().c_str()), 0);
   EXPECT_EQ(LogWriter_info("fallback", "f", "<>"), 0);
 
-  EXPECT_EQ(countLinesContaining(readLines(logFile(dir())), "f <> fallback"), 1u);
+  EXPECT_EQ(countLinesContaining(readLines(logFile(dir())), "f <> fallback"), 1);
 }
 
 TEST_F(LogWriterTest, ReinitMovesLinesToTheNewFolderOnly) {
@@ -198,7 +198,7 @@ TEST_F(LogWriterTest, ReinitIntoTheSameFolderWritesEachLineOnce) {
 
   EXPECT_EQ(LogWriter_info("once", "f", "<>"), 0);
 
-  EXPECT_EQ(countLinesContaining(readLines(logFile(dir())), "f <> once"), 1u);
+  EXPECT_EQ(countLinesContaining(readLines(logFile(dir())), "f <> once"), 1);
 }
 
 TEST_F(LogWriterTest, ReinitFromConfigurationFileToFolderStopsTheConfiguredRoute) {
@@ -235,7 +235,7 @@ TEST_F(LogWriterTest, FolderThatCannotBeCreatedFailsAndKeepsThePreviousLog) {
   EXPECT_NE(initInto(blocker / "logs"), 0);
   EXPECT_EQ(LogWriter_info("still here", "f", "<>"), 0);
 
-  EXPECT_EQ(countLinesContaining(readLines(logFile(dir())), "f <> still here"), 1u);
+  EXPECT_EQ(countLinesContaining(readLines(logFile(dir())), "f <> still here"), 1);
 }
 
 TEST_F(LogWriterTest, MissingFolderWithoutConfigurationFileFails) {

@@ -7,18 +7,18 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include "ScopedEnvironmentVariable.h"
+#include "bqltest/ScopedEnvironment.h"
 
 namespace {
 
 using Brimquell::PathUtils::getCommonAppDataDirectory;
 using Brimquell::PathUtils::getUserAppDataDirectory;
-using bqlutil_test::ScopedEnvironmentVariable;
+using bqltest::ScopedEnvironment;
 
 class UserAppDataDirectoryTest : public ::testing::Test {
  protected:
-  ScopedEnvironmentVariable dataHome_{"XDG_DATA_HOME"};
-  ScopedEnvironmentVariable home_{"HOME"};
+  ScopedEnvironment dataHome_{"XDG_DATA_HOME"};
+  ScopedEnvironment home_{"HOME"};
 };
 
 TEST_F(UserAppDataDirectoryTest, XdgDataHomeIsUsedWhenSet) {
@@ -96,7 +96,7 @@ class CommonAppDataDirectoryTest : public ::testing::Test {
     return path;
   }
 
-  ScopedEnvironmentVariable configDirs_{"XDG_CONFIG_DIRS"};
+  ScopedEnvironment configDirs_{"XDG_CONFIG_DIRS"};
 };
 
 TEST_F(CommonAppDataDirectoryTest, SingleXdgConfigDirIsUsed) {

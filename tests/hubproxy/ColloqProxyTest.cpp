@@ -5,11 +5,12 @@
 #include <gtest/gtest.h>
 
 #include "BlockInbox.h"
-#include "LocalLogFile.h"
 #include "NamedPipe.h"
 #include "ReceiverThreads.h"
-#include "ScopedEnvironment.h"
-#include "TempDirectory.h"
+#include "bqltest/FileLines.h"
+#include "bqltest/LocalLog.h"
+#include "bqltest/ScopedEnvironment.h"
+#include "bqltest/TempDirectory.h"
 #include "hubproxy/CColloqProxy.h"
 #include "hubproxy/ColloqRecordText.h"
 #include "hubproxy/ColloqRecords.h"
@@ -19,8 +20,8 @@ namespace {
 
 // Stands in for the hub handler: keeps every record it is notified of.
 struct TestObserver {
-    void notifyPluginAboutEvent(const ColloqCallArgs& record) { records.Put(record); }
-    Inbox<ColloqCallArgs> records;
+    void notifyPluginAboutEvent(const ColloqCallArgs& record) { records.put(record); }
+    bqltest::Inbox<ColloqCallArgs> records;
 };
 
 using Endpoint = CColloqProxy<TestObserver>;
@@ -42,12 +43,12 @@ ColloqCallArgs AsRecord(const Block& block) {
 
 class ColloqProxyTest : public ::testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(log.initialised()); }
+    void SetUp() override { ASSERT_TRUE(log.ready()); }
 
     // The hub's end of the pipe, collecting what the endpoint sends.
     std::unique_ptr<NamedPipe> StartHub() {
         auto hub = std::make_unique<NamedPipe>(MAC_PIPE_HUB_SIDE_, MAC_PIPE_COLLOQ_SIDE_, [this](unsigned char* data, int length) {
-            atHub.Put(Block(data, data + length));
+            atHub.put(Block(data, data + length));
             return 0;
         });
         hub->StartPipe();
@@ -57,20 +58,19 @@ protected:
     // Lines of one trace name: "entry" first, then "exit " with nothing behind it.
     void ExpectTraced(const std::string& name) {
         std::vector<std::string> traced;
-        for (const std::string& line : log.Lines()) {
+        for (const std::string& line : log.lines()) {
             if (line.find(name + " <> ") != std::string::npos) {
                 traced.push_back(line);
             }
         }
         ASSERT_EQ(traced.size(), 2u) << name;
-        EXPECT_TRUE(EndsWith(traced[0], " <> entry")) << traced[0];
-        EXPECT_TRUE(EndsWith(traced[1], " <> exit ")) << traced[1];
+        EXPECT_TRUE(bqltest::endsWith(traced[0], " <> entry")) << traced[0];
+        EXPECT_TRUE(bqltest::endsWith(traced[1], " <> exit ")) << traced[1];
     }
 
-    TempDirectory ports;
-    TempDirectory logs;
-    ScopedEnvironment portDirectory{"BQL_PORT_DIR", ports.path()};
-    LocalLogFile log{logs.path()};
+    bqltest::TempDirectory ports;
+    bqltest::ScopedEnvironment portDirectory{"BQL_PORT_DIR", ports.path()};
+    bqltest::LocalLogCapture log;
     BlockInbox atHub;
 };
 
@@ -83,8 +83,8 @@ TEST_F(ColloqProxyTest, ConstructedEndpointAlreadyListens) {
 
     hub->Send(reinterpret_cast<unsigned char*>(&record), sizeof record);
 
-    ASSERT_TRUE(observer.records.WaitFor(1));
-    const ColloqCallArgs received = observer.records.Items()[0];
+    ASSERT_TRUE(observer.records.waitFor(1));
+    const ColloqCallArgs received = observer.records.items()[0];
     EXPECT_EQ(received.callState, COLLOQ_ACCEPT_CALL);
     EXPECT_EQ(received.callId, 17);
     EXPECT_EQ(ReadWideField(received.devicePath), L"hid/vid_2f0c&pid_0a1b/SN1");
@@ -102,7 +102,7 @@ TEST_F(ColloqProxyTest, BlocksOfTheWrongSizeAreRejectedAndReachNoObserver) {
     EXPECT_EQ(endpoint.DecodeAndFire(block.data(), 0), 1);
     EXPECT_EQ(endpoint.DecodeAndFire(nullptr, 2196), 1);
 
-    EXPECT_TRUE(observer.records.Items().empty());
+    EXPECT_TRUE(observer.records.items().empty());
 }
 
 TEST_F(ColloqProxyTest, BlockOf2196ZeroBytesReachesEverySubscriber) {
@@ -115,9 +115,9 @@ TEST_F(ColloqProxyTest, BlockOf2196ZeroBytesReachesEverySubscriber) {
 
     EXPECT_EQ(endpoint.DecodeAndFire(zeros.data(), 2196), 0);
 
-    ASSERT_EQ(first.records.Items().size(), 1u);
-    ASSERT_EQ(second.records.Items().size(), 1u);
-    const ColloqCallArgs record = first.records.Items()[0];
+    ASSERT_EQ(first.records.items().size(), 1u);
+    ASSERT_EQ(second.records.items().size(), 1u);
+    const ColloqCallArgs record = first.records.items()[0];
     EXPECT_EQ(std::memcmp(&record, zeros.data(), sizeof record), 0);
 }
 
@@ -132,7 +132,7 @@ TEST_F(ColloqProxyTest, RegisteringTwiceDeliversOnceAndUnregisteringStopsDeliver
     endpoint.unregisterCallback(&observer);
     endpoint.DecodeAndFire(zeros.data(), 2196);
 
-    EXPECT_EQ(observer.records.Items().size(), 1u);
+    EXPECT_EQ(observer.records.items().size(), 1u);
 }
 
 TEST_F(ColloqProxyTest, OpenPipeTwiceStartsThePipeOnceAndLogsOnce) {
@@ -141,7 +141,7 @@ TEST_F(ColloqProxyTest, OpenPipeTwiceStartsThePipeOnceAndLogsOnce) {
     endpoint.OpenPipe();
 
     EXPECT_EQ(ReceiverThreadCount(), 1);
-    EXPECT_EQ(log.Count("void CColloqProxy::OpenPipe() <> pipe started (Colloq side)."), 1);
+    EXPECT_EQ(log.count("void CColloqProxy::OpenPipe() <> pipe started (Colloq side)."), 1);
 }
 
 TEST_F(ColloqProxyTest, ClosePipeOnAClosedEndpointLogsNothing) {
@@ -151,7 +151,7 @@ TEST_F(ColloqProxyTest, ClosePipeOnAClosedEndpointLogsNothing) {
     endpoint.ClosePipe();
 
     EXPECT_EQ(ReceiverThreadCount(), 0);
-    EXPECT_EQ(log.Count("void CColloqProxy::ClosePipe() <> pipe stoped (Colloq side)."), 1);
+    EXPECT_EQ(log.count("void CColloqProxy::ClosePipe() <> pipe stoped (Colloq side)."), 1);
 }
 
 TEST_F(ColloqProxyTest, OpenPipeAfterClosePipeListensAgain) {
@@ -165,9 +165,9 @@ TEST_F(ColloqProxyTest, OpenPipeAfterClosePipeListensAgain) {
     ColloqCallArgs record = BuildDialRequest(L"+1 555 0100");
     hub->Send(reinterpret_cast<unsigned char*>(&record), sizeof record);
 
-    ASSERT_TRUE(observer.records.WaitFor(1));
-    EXPECT_EQ(ReadWideField(observer.records.Items()[0].phoneNumber), L"+1 555 0100");
-    EXPECT_EQ(log.Count("pipe started (Colloq side)."), 2);
+    ASSERT_TRUE(observer.records.waitFor(1));
+    EXPECT_EQ(ReadWideField(observer.records.items()[0].phoneNumber), L"+1 555 0100");
+    EXPECT_EQ(log.count("pipe started (Colloq side)."), 2);
     hub->StopPipe();
 }
 
@@ -177,7 +177,7 @@ TEST_F(ColloqProxyTest, DestroyingTheEndpointClosesThePipe) {
     }
 
     EXPECT_EQ(ReceiverThreadCount(), 0);
-    EXPECT_EQ(log.Count("pipe stoped (Colloq side)."), 1);
+    EXPECT_EQ(log.count("pipe stoped (Colloq side)."), 1);
 }
 
 TEST_F(ColloqProxyTest, MakePipeArgsBuildsACallRecord) {
@@ -202,8 +202,8 @@ TEST_F(ColloqProxyTest, SendWritesOneRecordToTheHubAndTracesItsScope) {
 
     endpoint.Send(MESSAGE_TYPE_CALL, COLLOQ_INCOMING_CALL, 42, L"Zo\u00eb \U0001F600", L"+49 30 1234", "", "");
 
-    ASSERT_TRUE(atHub.WaitFor(1));
-    const Block block = atHub.Items()[0];
+    ASSERT_TRUE(atHub.waitFor(1));
+    const Block block = atHub.items()[0];
     ASSERT_EQ(block.size(), 2196u);
     const ColloqCallArgs record = AsRecord(block);
     EXPECT_EQ(record.callState, COLLOQ_INCOMING_CALL);
@@ -220,10 +220,10 @@ TEST_F(ColloqProxyTest, SendMuteTracesItsOwnName) {
 
     endpoint.SendMute(MESSAGE_TYPE_CALL, COLLOQ_MUTE_ON, 0, L"", L"", "", "");
 
-    ASSERT_TRUE(atHub.WaitFor(1));
-    EXPECT_EQ(AsRecord(atHub.Items()[0]).callState, COLLOQ_MUTE_ON);
+    ASSERT_TRUE(atHub.waitFor(1));
+    EXPECT_EQ(AsRecord(atHub.items()[0]).callState, COLLOQ_MUTE_ON);
     ExpectTraced(kSendMuteTrace);
-    EXPECT_EQ(log.Count(kSendTrace), 0);
+    EXPECT_EQ(log.count(kSendTrace), 0);
     hub->StopPipe();
 }
 
@@ -234,8 +234,8 @@ TEST_F(ColloqProxyTest, OverLongContactNameReachesTheHubCutWithATerminator) {
 
     endpoint.Send(MESSAGE_TYPE_CALL, COLLOQ_INCOMING_CALL, 1, name.c_str(), L"5", "", "");
 
-    ASSERT_TRUE(atHub.WaitFor(1));
-    const ColloqCallArgs record = AsRecord(atHub.Items()[0]);
+    ASSERT_TRUE(atHub.waitFor(1));
+    const ColloqCallArgs record = AsRecord(atHub.items()[0]);
     EXPECT_EQ(ReadWideField(record.contactName), std::wstring(255, L'a'));
     EXPECT_EQ(ReadWideField(record.phoneNumber), L"5");
     hub->StopPipe();
@@ -247,8 +247,8 @@ TEST_F(ColloqProxyTest, SetActiveDeviceRequestForProduct0x123ReachesTheHubByteFo
 
     endpoint.SendSetActiveDevice(0x123);
 
-    ASSERT_TRUE(atHub.WaitFor(1));
-    const Block block = atHub.Items()[0];
+    ASSERT_TRUE(atHub.waitFor(1));
+    const Block block = atHub.items()[0];
     ASSERT_EQ(block.size(), 2196u);
     EXPECT_EQ(Block(block.begin(), block.begin() + 16),
               (Block{0x02, 0, 0, 0, 0x14, 0, 0, 0, 0x03, 0, 0, 0, 0, 0, 0, 0}));
@@ -263,8 +263,8 @@ TEST_F(ColloqProxyTest, GetActiveDeviceRequestReachesTheHub) {
 
     endpoint.SendGetActiveDevice();
 
-    ASSERT_TRUE(atHub.WaitFor(1));
-    const ColloqCallArgs record = AsRecord(atHub.Items()[0]);
+    ASSERT_TRUE(atHub.waitFor(1));
+    const ColloqCallArgs record = AsRecord(atHub.items()[0]);
     EXPECT_EQ(record.messageType, MESSAGE_TYPE_ACTIVE_DEVICE);
     EXPECT_EQ(record.callState, COLLOQ_DEVICE_REQUEST);
     EXPECT_EQ(record.deviceAction, static_cast<uint32_t>(DEVICE_ACTION_GET));
@@ -279,8 +279,8 @@ TEST_F(ColloqProxyTest, PipeConnectedAsksForTheActiveDevice) {
 
     endpoint.PipeConnected();
 
-    ASSERT_TRUE(atHub.WaitFor(1));
-    EXPECT_EQ(AsRecord(atHub.Items()[0]).deviceAction, static_cast<uint32_t>(DEVICE_ACTION_GET));
+    ASSERT_TRUE(atHub.waitFor(1));
+    EXPECT_EQ(AsRecord(atHub.items()[0]).deviceAction, static_cast<uint32_t>(DEVICE_ACTION_GET));
     hub->StopPipe();
 }
 
@@ -291,7 +291,7 @@ TEST_F(ColloqProxyTest, SendsWithoutAHubAreLostQuietly) {
     endpoint.SendGetActiveDevice();
 
     ExpectTraced(kSendTrace);
-    EXPECT_EQ(log.Count("ERROR"), 0);
+    EXPECT_EQ(log.count("ERROR"), 0);
 }
 
 }  // namespace

@@ -4,19 +4,19 @@
 
 #include <gtest/gtest.h>
 
-#include "LocalLogFile.h"
-#include "TempDirectory.h"
+#include "bqltest/FileLines.h"
+#include "bqltest/LocalLog.h"
 #include "plugin/funclog.h"
 
 namespace {
 
 class FunclogTest : public ::testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(log.initialised()); }
+    void SetUp() override { ASSERT_TRUE(log.ready()); }
 
     std::vector<std::string> LinesOf(const std::string& name) {
         std::vector<std::string> found;
-        for (const std::string& line : log.Lines()) {
+        for (const std::string& line : log.lines()) {
             if (line.find(" DEBUG ") != std::string::npos && line.find(name + " <> ") != std::string::npos) {
                 found.push_back(line);
             }
@@ -24,8 +24,7 @@ protected:
         return found;
     }
 
-    TempDirectory logs;
-    LocalLogFile log{logs.path()};
+    bqltest::LocalLogCapture log;
 };
 
 // Traces its own destruction, as a traced function called by a destructor during unwinding would.
@@ -40,8 +39,8 @@ TEST_F(FunclogTest, ScopeWritesEntryThenExitFollowedByOneBlank) {
 
     const std::vector<std::string> lines = LinesOf("void Sample::normal()");
     ASSERT_EQ(lines.size(), 2u);
-    EXPECT_TRUE(EndsWith(lines[0], "void Sample::normal() <> entry")) << lines[0];
-    EXPECT_TRUE(EndsWith(lines[1], "void Sample::normal() <> exit ")) << lines[1];
+    EXPECT_TRUE(bqltest::endsWith(lines[0], "void Sample::normal() <> entry")) << lines[0];
+    EXPECT_TRUE(bqltest::endsWith(lines[1], "void Sample::normal() <> exit ")) << lines[1];
 }
 
 TEST_F(FunclogTest, ScopeLeftByAnExceptionWritesExitOnException) {
@@ -53,8 +52,8 @@ TEST_F(FunclogTest, ScopeLeftByAnExceptionWritesExitOnException) {
 
     const std::vector<std::string> lines = LinesOf("void Sample::failing()");
     ASSERT_EQ(lines.size(), 2u);
-    EXPECT_TRUE(EndsWith(lines[0], " <> entry")) << lines[0];
-    EXPECT_TRUE(EndsWith(lines[1], " <> exit on exception")) << lines[1];
+    EXPECT_TRUE(bqltest::endsWith(lines[0], " <> entry")) << lines[0];
+    EXPECT_TRUE(bqltest::endsWith(lines[1], " <> exit on exception")) << lines[1];
 }
 
 TEST_F(FunclogTest, ScopeOpenedDuringUnwindingReportsItsNormalExit) {
@@ -66,7 +65,7 @@ TEST_F(FunclogTest, ScopeOpenedDuringUnwindingReportsItsNormalExit) {
 
     const std::vector<std::string> lines = LinesOf("void TracedOnDestruction::cleanUp()");
     ASSERT_EQ(lines.size(), 2u);
-    EXPECT_TRUE(EndsWith(lines[1], " <> exit ")) << lines[1];
+    EXPECT_TRUE(bqltest::endsWith(lines[1], " <> exit ")) << lines[1];
 }
 
 TEST_F(FunclogTest, NestedScopesCloseInsideOut) {
@@ -75,12 +74,12 @@ TEST_F(FunclogTest, NestedScopesCloseInsideOut) {
         funclog inner("void Sample::inner()");
     }
 
-    const std::vector<std::string> lines = log.Lines();
+    const std::vector<std::string> lines = log.lines();
     ASSERT_EQ(lines.size(), 4u);
-    EXPECT_TRUE(EndsWith(lines[0], "void Sample::outer() <> entry"));
-    EXPECT_TRUE(EndsWith(lines[1], "void Sample::inner() <> entry"));
-    EXPECT_TRUE(EndsWith(lines[2], "void Sample::inner() <> exit "));
-    EXPECT_TRUE(EndsWith(lines[3], "void Sample::outer() <> exit "));
+    EXPECT_TRUE(bqltest::endsWith(lines[0], "void Sample::outer() <> entry"));
+    EXPECT_TRUE(bqltest::endsWith(lines[1], "void Sample::inner() <> entry"));
+    EXPECT_TRUE(bqltest::endsWith(lines[2], "void Sample::inner() <> exit "));
+    EXPECT_TRUE(bqltest::endsWith(lines[3], "void Sample::outer() <> exit "));
 }
 
 }  // namespace

@@ -15,10 +15,10 @@
 #include "BlockInbox.h"
 #include "ChildProcess.h"
 #include "JsonLine.h"
-#include "LocalLogFile.h"
 #include "NamedPipe.h"
-#include "ScopedEnvironment.h"
-#include "TempDirectory.h"
+#include "bqltest/LocalLog.h"
+#include "bqltest/ScopedEnvironment.h"
+#include "bqltest/TempDirectory.h"
 #include "hubproxy/CClientPipe.h"
 #include "hubproxy/CColloqProxy.h"
 #include "hubproxy/ColloqRecordText.h"
@@ -28,8 +28,8 @@ namespace {
 
 // Stands in for the hub handler: keeps every record it is notified of.
 struct TestObserver {
-    void notifyPluginAboutEvent(const ColloqCallArgs& record) { records.Put(record); }
-    Inbox<ColloqCallArgs> records;
+    void notifyPluginAboutEvent(const ColloqCallArgs& record) { records.put(record); }
+    bqltest::Inbox<ColloqCallArgs> records;
 };
 
 using Endpoint = CColloqProxy<TestObserver>;
@@ -46,7 +46,7 @@ bool Exists(const std::string& path) {
 class HubSimProcessTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(log.initialised());
+        ASSERT_TRUE(log.ready());
         endpoint.registerCallback(&observer);
     }
 
@@ -76,19 +76,18 @@ protected:
 
     // Sends one command and returns the record the endpoint received for it.
     ColloqCallArgs Command(ChildProcess& simulator, const std::string& command) {
-        const std::size_t before = observer.records.Items().size();
+        const std::size_t before = observer.records.items().size();
         EXPECT_TRUE(simulator.WriteLine(command));
-        EXPECT_TRUE(observer.records.WaitFor(before + 1)) << command;
-        const auto records = observer.records.Items();
+        EXPECT_TRUE(observer.records.waitFor(before + 1)) << command;
+        const auto records = observer.records.items();
         return records.size() > before ? records[before] : ColloqCallArgs{};
     }
 
     std::string HubPort() const { return ports / "com.bqlhub.hub"; }
 
-    TempDirectory ports;
-    TempDirectory logs;
-    ScopedEnvironment portDirectory{"BQL_PORT_DIR", ports.path()};
-    LocalLogFile log{logs.path()};
+    bqltest::TempDirectory ports;
+    bqltest::ScopedEnvironment portDirectory{"BQL_PORT_DIR", ports.path()};
+    bqltest::LocalLogCapture log;
     TestObserver observer;
     Endpoint endpoint;
 };
@@ -192,18 +191,18 @@ TEST_F(HubSimProcessTest, SimulatorAnswersGetRequestsWithTheDeviceItMadeActive) 
     auto simulator = StartSimulator({"--json", "--device", "hid/vid_2f0c&pid_0a1b/SN9"});
 
     endpoint.SendGetActiveDevice();
-    ASSERT_TRUE(observer.records.WaitFor(1));
+    ASSERT_TRUE(observer.records.waitFor(1));
     endpoint.SendSetActiveDevice(0x0a1b);
     endpoint.SendGetActiveDevice();
-    ASSERT_TRUE(observer.records.WaitFor(2));
+    ASSERT_TRUE(observer.records.waitFor(2));
     endpoint.SendSetActiveDevice(0x0a1c);
     endpoint.SendGetActiveDevice();
-    ASSERT_TRUE(observer.records.WaitFor(3));
+    ASSERT_TRUE(observer.records.waitFor(3));
     endpoint.SendSetActiveDevice(0);
     endpoint.SendGetActiveDevice();
-    ASSERT_TRUE(observer.records.WaitFor(4));
+    ASSERT_TRUE(observer.records.waitFor(4));
 
-    const auto answers = observer.records.Items();
+    const auto answers = observer.records.items();
     EXPECT_EQ(answers[0].deviceAction, static_cast<uint32_t>(DEVICE_ACTION_ACTIVE));
     EXPECT_EQ(ReadWideField(answers[0].devicePath), L"hid/vid_2f0c&pid_0a1b/SN9");
     EXPECT_EQ(ReadWideField(answers[1].devicePath), L"hid/vid_2f0c&pid_0a1b/SN9") << "the same product stays";
@@ -239,7 +238,7 @@ TEST_F(HubSimProcessTest, SimulatorEndsOnSigintDuringASleepAndReleasesItsPort) {
 
     EXPECT_TRUE(ExitedWith(simulator->Wait(), 0));
     EXPECT_FALSE(Exists(HubPort()));
-    EXPECT_TRUE(observer.records.Items().empty()) << "the command after the sleep ran";
+    EXPECT_TRUE(observer.records.items().empty()) << "the command after the sleep ran";
 }
 
 TEST_F(HubSimProcessTest, QuitEndsTheSimulator) {
@@ -252,16 +251,17 @@ TEST_F(HubSimProcessTest, QuitEndsTheSimulator) {
 }
 
 TEST_F(HubSimProcessTest, CommandsRunInOrderFromCommandLineScriptAndInput) {
-    const std::string script = logs / "script.txt";
+    const bqltest::TempDirectory scripts;
+    const std::string script = scripts / "script.txt";
     std::ofstream(script) << "# numbers two and three\ndial 2\nsleep 10\ndial 3\n";
     auto simulator = StartSimulator({"--json", "-e", "dial 1", "--file", script});
-    ASSERT_TRUE(observer.records.WaitFor(3));
+    ASSERT_TRUE(observer.records.waitFor(3));
 
     simulator->WriteLine("dial 4");
 
-    ASSERT_TRUE(observer.records.WaitFor(4));
+    ASSERT_TRUE(observer.records.waitFor(4));
     std::vector<std::wstring> numbers;
-    for (const ColloqCallArgs& record : observer.records.Items()) {
+    for (const ColloqCallArgs& record : observer.records.items()) {
         numbers.push_back(ReadWideField(record.phoneNumber));
     }
     EXPECT_EQ(numbers, (std::vector<std::wstring>{L"1", L"2", L"3", L"4"}));
@@ -273,8 +273,8 @@ TEST_F(HubSimProcessTest, WithoutStandardInputTheSimulatorServesUntilASignal) {
 
     endpoint.SendGetActiveDevice();
 
-    ASSERT_TRUE(observer.records.WaitFor(1)) << "the simulator stopped serving";
-    EXPECT_EQ(ReadWideField(observer.records.Items()[0].devicePath), L"hid/vid_2f0c&pid_0001/A");
+    ASSERT_TRUE(observer.records.waitFor(1)) << "the simulator stopped serving";
+    EXPECT_EQ(ReadWideField(observer.records.items()[0].devicePath), L"hid/vid_2f0c&pid_0001/A");
     simulator->Signal(SIGTERM);
     EXPECT_TRUE(ExitedWith(simulator->Wait(), 0));
 }
@@ -344,7 +344,7 @@ TEST_F(HubSimProcessTest, LiveOwnerOfTheColloqPortInAnotherProcessLeavesThePipeS
     auto simulator = StartSimulator();
     BlockInbox atClient;
     CClientPipe client(L"name", [&](unsigned char* data, int length) {
-        atClient.Put(Block(data, data + length));
+        atClient.put(Block(data, data + length));
         return 0;
     }, nullptr, 5);
 
@@ -362,7 +362,7 @@ TEST_F(HubSimProcessTest, LiveOwnerOfTheColloqPortInAnotherProcessLeavesThePipeS
     holder.CloseInput();
     EXPECT_TRUE(ExitedWith(holder.Wait(), 0));
     EXPECT_FALSE(Exists(ports / "com.bqlhub.colloq"));
-    EXPECT_TRUE(atClient.Items().empty());
+    EXPECT_TRUE(atClient.items().empty());
 }
 
 TEST_F(HubSimProcessTest, AbandonedHubPortFileIsReclaimedBySimulator) {

@@ -16,11 +16,11 @@
 #include <gtest/gtest.h>
 
 #include "BlockInbox.h"
-#include "LocalLogFile.h"
 #include "NamedPipe.h"
 #include "ReceiverThreads.h"
-#include "ScopedEnvironment.h"
-#include "TempDirectory.h"
+#include "bqltest/LocalLog.h"
+#include "bqltest/ScopedEnvironment.h"
+#include "bqltest/TempDirectory.h"
 #include "hubproxy/CClientPipe.h"
 #include "hubproxy/PipeNames.h"
 
@@ -30,7 +30,7 @@ using namespace std::chrono_literals;
 
 std::function<int(unsigned char*, int)> Into(BlockInbox& inbox) {
     return [&inbox](unsigned char* data, int length) {
-        inbox.Put(Block(data, data + length));
+        inbox.put(Block(data, data + length));
         return 0;
     };
 }
@@ -55,9 +55,8 @@ class PipeTest : public ::testing::Test {
 protected:
     std::string PortPath(const std::string& name) const { return ports / name; }
 
-    TempDirectory ports;
-    TempDirectory logs;
-    ScopedEnvironment portDirectory{"BQL_PORT_DIR", ports.path()};
+    bqltest::TempDirectory ports;
+    bqltest::ScopedEnvironment portDirectory{"BQL_PORT_DIR", ports.path()};
 };
 
 TEST_F(PipeTest, SendReachesTheReceiverOfTheRemotePort) {
@@ -69,8 +68,8 @@ TEST_F(PipeTest, SendReachesTheReceiverOfTheRemotePort) {
 
     client.Send(message, sizeof message);
 
-    ASSERT_TRUE(atHub.WaitFor(1));
-    EXPECT_EQ(atHub.Items()[0], (Block{1, 2, 3, 250}));
+    ASSERT_TRUE(atHub.waitFor(1));
+    EXPECT_EQ(atHub.items()[0], (Block{1, 2, 3, 250}));
     hub.StopPipe();
 }
 
@@ -87,10 +86,10 @@ TEST_F(PipeTest, ClientListensOnTheColloqPortAndSendsToTheHubPort) {
     hub.Send(toClient, 1);
     client.Send(toHub, 1);
 
-    ASSERT_TRUE(atClient.WaitFor(1));
-    ASSERT_TRUE(atHub.WaitFor(1));
-    EXPECT_EQ(atClient.Items()[0], Block{7});
-    EXPECT_EQ(atHub.Items()[0], Block{8});
+    ASSERT_TRUE(atClient.waitFor(1));
+    ASSERT_TRUE(atHub.waitFor(1));
+    EXPECT_EQ(atClient.items()[0], Block{7});
+    EXPECT_EQ(atHub.items()[0], Block{8});
     EXPECT_TRUE(Exists(PortPath("com.bqlhub.colloq")));
     client.StopPipe();
     hub.StopPipe();
@@ -111,8 +110,8 @@ TEST_F(PipeTest, BlocksOfAnyLengthArriveWithThatLengthIncludingZero) {
     sender.Send(&one, 1);
     sender.Send(big.data(), static_cast<int>(big.size()));
 
-    ASSERT_TRUE(atHub.WaitFor(3));
-    const auto blocks = atHub.Items();
+    ASSERT_TRUE(atHub.waitFor(3));
+    const auto blocks = atHub.items();
     EXPECT_EQ(blocks[0].size(), 0u);
     EXPECT_EQ(blocks[1], Block{42});
     EXPECT_EQ(blocks[2], big);
@@ -132,8 +131,8 @@ TEST_F(PipeTest, StartPipeTwiceKeepsOneReceiverAndOnePort) {
     unsigned char first = 1, second = 2;
     hub.Send(&first, 1);
     hub.Send(&second, 1);
-    ASSERT_TRUE(atClient.WaitFor(2));
-    EXPECT_EQ(atClient.Items(), (std::vector<Block>{Block{1}, Block{2}}));
+    ASSERT_TRUE(atClient.waitFor(2));
+    EXPECT_EQ(atClient.items(), (std::vector<Block>{Block{1}, Block{2}}));
     client.StopPipe();
 }
 
@@ -182,8 +181,8 @@ TEST_F(PipeTest, RestartedPipeReceivesAgain) {
     unsigned char message = 9;
     hub.Send(&message, 1);
 
-    ASSERT_TRUE(atClient.WaitFor(1));
-    EXPECT_EQ(atClient.Items()[0], Block{9});
+    ASSERT_TRUE(atClient.waitFor(1));
+    EXPECT_EQ(atClient.items()[0], Block{9});
     client.StopPipe();
 }
 
@@ -199,8 +198,8 @@ TEST_F(PipeTest, SendWhileTheHubIsNotRunningReturnsAndDropsTheMessage) {
     hub.StartPipe();
     unsigned char marker[] = {4};
     client.Send(marker, sizeof marker);
-    ASSERT_TRUE(atHub.WaitFor(1));
-    EXPECT_EQ(atHub.Items(), std::vector<Block>{Block{4}}) << "the dropped message came back";
+    ASSERT_TRUE(atHub.waitFor(1));
+    EXPECT_EQ(atHub.items(), std::vector<Block>{Block{4}}) << "the dropped message came back";
     hub.StopPipe();
 }
 
@@ -216,8 +215,8 @@ TEST_F(PipeTest, SendToAHubPortWithoutReceiverReturnsAndDropsTheMessage) {
     hub.StartPipe();
     unsigned char marker[] = {2};
     client.Send(marker, sizeof marker);
-    ASSERT_TRUE(atHub.WaitFor(1));
-    EXPECT_EQ(atHub.Items(), std::vector<Block>{Block{2}}) << "the dropped message came back";
+    ASSERT_TRUE(atHub.waitFor(1));
+    EXPECT_EQ(atHub.items(), std::vector<Block>{Block{2}}) << "the dropped message came back";
     hub.StopPipe();
 }
 
@@ -232,8 +231,8 @@ TEST_F(PipeTest, BadSendArgumentsAreIgnored) {
     client.Send(&marker, -1);
     client.Send(&marker, 1);
 
-    ASSERT_TRUE(atHub.WaitFor(1));
-    EXPECT_EQ(atHub.Items(), std::vector<Block>{Block{3}});
+    ASSERT_TRUE(atHub.waitFor(1));
+    EXPECT_EQ(atHub.items(), std::vector<Block>{Block{3}});
     hub.StopPipe();
 }
 
@@ -253,10 +252,10 @@ TEST_F(PipeTest, SecondOwnerOfTheLocalPortCannotListenButStillSends) {
     unsigned char fromSecond = 5, toColloq = 6;
     second.Send(&fromSecond, 1);
     hub.Send(&toColloq, 1);
-    ASSERT_TRUE(atHub.WaitFor(1));
-    ASSERT_TRUE(atFirst.WaitFor(1));
-    EXPECT_EQ(atHub.Items()[0], Block{5});
-    EXPECT_EQ(atFirst.Items()[0], Block{6});
+    ASSERT_TRUE(atHub.waitFor(1));
+    ASSERT_TRUE(atFirst.waitFor(1));
+    EXPECT_EQ(atHub.items()[0], Block{5});
+    EXPECT_EQ(atFirst.items()[0], Block{6});
 
     second.StopPipe();
     EXPECT_EQ(ReceiverThreadCount(), 2) << "the first pipe's and the hub's receivers only";
@@ -264,7 +263,7 @@ TEST_F(PipeTest, SecondOwnerOfTheLocalPortCannotListenButStillSends) {
     second.StopPipe();
     EXPECT_TRUE(Exists(PortPath("com.bqlhub.colloq"))) << "the failed pipe removed the owner's port file";
     EXPECT_TRUE(first.IsListening());
-    EXPECT_TRUE(atSecond.Items().empty());
+    EXPECT_TRUE(atSecond.items().empty());
     first.StopPipe();
     hub.StopPipe();
 }
@@ -294,7 +293,7 @@ TEST_F(PipeTest, AbandonedSocketFileOfTheLocalPortIsReclaimed) {
     hub.Send(&message, 1);
 
     EXPECT_TRUE(client.IsListening());
-    ASSERT_TRUE(atClient.WaitFor(1));
+    ASSERT_TRUE(atClient.waitFor(1));
     client.StopPipe();
 }
 
@@ -311,7 +310,7 @@ TEST_F(PipeTest, FileThatIsNoSocketAtTheLocalPortIsLeftAloneAndBlocksListening) 
 
 TEST_F(PipeTest, MissingPortDirectoryIsCreatedPrivate) {
     const std::string nested = ports / "nested";
-    ScopedEnvironment nestedDirectory("BQL_PORT_DIR", nested);
+    bqltest::ScopedEnvironment nestedDirectory("BQL_PORT_DIR", nested);
     CClientPipe client(L"name", nullptr, nullptr, 5);
 
     client.StartPipe();
@@ -324,8 +323,8 @@ TEST_F(PipeTest, MissingPortDirectoryIsCreatedPrivate) {
 }
 
 TEST_F(PipeTest, PortDirectoryOpenToOthersIsRefusedWithOneErrorLine) {
-    LocalLogFile log(logs.path());
-    ASSERT_TRUE(log.initialised());
+    bqltest::LocalLogCapture log;
+    ASSERT_TRUE(log.ready());
     ASSERT_EQ(::chmod(ports.path().c_str(), 0755), 0);
     BlockInbox atHub;
     CClientPipe client(L"name", nullptr, nullptr, 5);
@@ -334,8 +333,8 @@ TEST_F(PipeTest, PortDirectoryOpenToOthersIsRefusedWithOneErrorLine) {
 
     EXPECT_FALSE(client.IsListening());
     EXPECT_FALSE(Exists(PortPath("com.bqlhub.colloq")));
-    EXPECT_EQ(log.Count("refused: open to group or others (mode 0755)"), 1);
-    EXPECT_EQ(log.Lines().size(), 1u);
+    EXPECT_EQ(log.count("refused: open to group or others (mode 0755)"), 1);
+    EXPECT_EQ(log.lines().size(), 1u);
     client.StopPipe();
 }
 
@@ -351,8 +350,8 @@ TEST_F(PipeTest, SendIntoARefusedPortDirectorySendsNothing) {
     ASSERT_EQ(::chmod(ports.path().c_str(), 0700), 0);
     client.Send(&marker, 1);
 
-    ASSERT_TRUE(atHub.WaitFor(1));
-    EXPECT_EQ(atHub.Items(), std::vector<Block>{Block{2}});
+    ASSERT_TRUE(atHub.waitFor(1));
+    EXPECT_EQ(atHub.items(), std::vector<Block>{Block{2}});
     hub.StopPipe();
 }
 
@@ -360,14 +359,14 @@ TEST_F(PipeTest, PortDirectoryOwnedByAnotherUserIsRefused) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can give a folder away";
     }
-    LocalLogFile log(logs.path());
+    bqltest::LocalLogCapture log;
     ASSERT_EQ(::chown(ports.path().c_str(), 4242, 4242), 0);
     CClientPipe client(L"name", nullptr, nullptr, 5);
 
     client.StartPipe();
 
     EXPECT_FALSE(client.IsListening());
-    EXPECT_EQ(log.Count("refused: owned by user 4242"), 1);
+    EXPECT_EQ(log.count("refused: owned by user 4242"), 1);
     client.StopPipe();
 }
 
@@ -380,7 +379,7 @@ TEST_F(PipeTest, ExceptionFromTheReceiveCallbackKeepsTheReceiverRunning) {
                                thrown = true;
                                throw std::runtime_error("receiver failed");
                            }
-                           atClient.Put(Block(data, data + length));
+                           atClient.put(Block(data, data + length));
                            return 0;
                        },
                        nullptr, 5);
@@ -391,13 +390,13 @@ TEST_F(PipeTest, ExceptionFromTheReceiveCallbackKeepsTheReceiverRunning) {
     hub.Send(&first, 1);
     hub.Send(&second, 1);
 
-    ASSERT_TRUE(atClient.WaitFor(1));
-    EXPECT_EQ(atClient.Items(), std::vector<Block>{Block{2}});
+    ASSERT_TRUE(atClient.waitFor(1));
+    EXPECT_EQ(atClient.items(), std::vector<Block>{Block{2}});
     client.StopPipe();
 }
 
 TEST_F(PipeTest, EmptyReceiveCallbackIsLoggedAndTheReceiverGoesOn) {
-    LocalLogFile log(logs.path());
+    bqltest::LocalLogCapture log;
     CClientPipe client(L"name", nullptr, nullptr, 5);
     NamedPipe hub(MAC_PIPE_HUB_SIDE_, MAC_PIPE_COLLOQ_SIDE_, nullptr);
     client.StartPipe();
@@ -406,7 +405,7 @@ TEST_F(PipeTest, EmptyReceiveCallbackIsLoggedAndTheReceiverGoesOn) {
     hub.Send(&message, 1);
     hub.Send(&message, 1);
 
-    EXPECT_TRUE(log.WaitFor("bad_function_call", 2));
+    EXPECT_TRUE(log.waitFor("bad_function_call", 2));
     EXPECT_TRUE(client.IsListening());
     client.StopPipe();
 }

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "TempDirectory.h"
+#include "bqltest/TempDirectory.h"
 #include "platform/PortFile.h"
 
 namespace {
@@ -50,7 +50,7 @@ bool Exists(const std::string& path) {
 
 class PortFileTest : public ::testing::Test {
 protected:
-    TempDirectory directory;
+    bqltest::TempDirectory directory;
     std::string port = directory / "com.bqlhub.colloq";
 };
 

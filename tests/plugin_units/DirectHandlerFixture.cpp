@@ -42,11 +42,11 @@ bool DirectHandlerTest::runtimeRunning() {
     return running != 0;
 }
 
-std::vector<LocalLogEntry> DirectHandlerTest::errors() const {
-    std::vector<LocalLogEntry> chosen;
-    const std::vector<LocalLogEntry> all = log.entries();
+std::vector<bqltest::LocalLogEntry> DirectHandlerTest::errors() const {
+    std::vector<bqltest::LocalLogEntry> chosen;
+    const std::vector<bqltest::LocalLogEntry> all = log.entries();
     std::copy_if(all.begin(), all.end(), std::back_inserter(chosen),
-                 [](const LocalLogEntry& entry) { return entry.level == "ERROR"; });
+                 [](const bqltest::LocalLogEntry& entry) { return entry.level == "ERROR"; });
     return chosen;
 }
 

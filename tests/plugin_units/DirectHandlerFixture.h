@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "LocalLog.h"
+#include "bqltest/LocalLog.h"
 #include "handlers/BQLColloqVexil.h"
 
 class DirectHandlerTest : public ::testing::Test {
@@ -30,10 +30,10 @@ protected:
     static bool runtimeRunning();
 
     // Local-log entries at error level.
-    std::vector<LocalLogEntry> errors() const;
+    std::vector<bqltest::LocalLogEntry> errors() const;
     // Journal entries that start with prefix.
     static std::vector<std::string> journalEntriesStartingWith(const std::string& prefix);
 
-    LocalLogCapture log;
+    bqltest::LocalLogCapture log;
     BQLEventQueue queue;
 };

@@ -5,10 +5,12 @@
 
 #include <stdexcept>
 
-#include "LocalLog.h"
+#include "bqltest/LocalLog.h"
 
 namespace {
 
+using bqltest::LocalLogCapture;
+using bqltest::LocalLogEntry;
 using ::testing::ElementsAre;
 
 constexpr const char* kTraced = "int Traced::run(int)";

@@ -3,18 +3,17 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <chrono>
-#include <condition_variable>
-#include <filesystem>
-#include <fstream>
+#include <cstddef>
 #include <future>
-#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "bqltest/Inbox.h"
+#include "bqltest/ThreadNames.h"
 
 namespace {
 
@@ -25,57 +24,34 @@ constexpr auto kWaitLimit = std::chrono::seconds(10);
 // What the queued work did, in order, and on which thread.
 class WorkRecord {
 public:
-    void add(int item) {
-        {
-            std::lock_guard<std::mutex> guard(mutex_);
-            items_.push_back(item);
-            threads_.push_back(std::this_thread::get_id());
-            char name[16] = {};
-            pthread_getname_np(pthread_self(), name, sizeof name);
-            names_.push_back(name);
-        }
-        changed_.notify_all();
-    }
+    void add(int item) { done_.put({item, std::this_thread::get_id(), bqltest::currentThreadName()}); }
+    bool waitForCount(std::size_t count) { return done_.waitFor(count, kWaitLimit); }
 
-    bool waitForCount(std::size_t count) {
-        std::unique_lock<std::mutex> guard(mutex_);
-        return changed_.wait_for(guard, kWaitLimit, [&] { return items_.size() >= count; });
-    }
-
-    std::vector<int> items() {
-        std::lock_guard<std::mutex> guard(mutex_);
-        return items_;
-    }
-    std::vector<std::thread::id> threads() {
-        std::lock_guard<std::mutex> guard(mutex_);
-        return threads_;
-    }
-    std::vector<std::string> names() {
-        std::lock_guard<std::mutex> guard(mutex_);
-        return names_;
-    }
+    std::vector<int> items() const { return each(&Work::item); }
+    std::vector<std::thread::id> threads() const { return each(&Work::thread); }
+    std::vector<std::string> names() const { return each(&Work::threadName); }
 
 private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<int> items_;
-    std::vector<std::thread::id> threads_;
-    std::vector<std::string> names_;
+    struct Work {
+        int item;
+        std::thread::id thread;
+        std::string threadName;
+    };
+
+    template <class Field>
+    std::vector<Field> each(Field Work::*field) const {
+        std::vector<Field> values;
+        for (const Work& work : done_.items()) {
+            values.push_back(work.*field);
+        }
+        return values;
+    }
+
+    bqltest::Inbox<Work> done_;
 };
 
 // Threads of this process named like the executor.
-int executorThreads() {
-    int count = 0;
-    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream comm(task.path() / "comm");
-        std::string name;
-        std::getline(comm, name);
-        if (name == "bql-mainqueue") {
-            ++count;
-        }
-    }
-    return count;
-}
+int executorThreads() { return bqltest::threadsNamed("bql-mainqueue"); }
 
 class MainQueue : public ::testing::Test {
 protected:

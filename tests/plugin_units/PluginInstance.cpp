@@ -17,6 +17,6 @@ PluginInstance::~PluginInstance() {
 
 int PluginInstance::bindClientLogger() { return plugin_->initializeColloqPoints(&fakeclient::entryPoint); }
 
-std::vector<LocalLogEntry> PluginInstance::localLog() const {
-    return readLocalLog(folder_.path() / "Brimquell" / "logs" / "Vexil_Colloq.log");
+std::vector<bqltest::LocalLogEntry> PluginInstance::localLog() const {
+    return bqltest::readLocalLog(folder_.path() / "Brimquell" / "logs" / "Vexil_Colloq.log");
 }

@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "LocalLog.h"
-#include "ScopedEnvironment.h"
-#include "TempDirectory.h"
+#include "bqltest/LocalLog.h"
+#include "bqltest/ScopedEnvironment.h"
+#include "bqltest/TempDirectory.h"
 #include "plugin/BQLColloqPlugin.h"
 
 class PluginInstance {
@@ -24,11 +24,11 @@ public:
     // with -1 and starts nothing.
     int bindClientLogger();
 
-    std::vector<LocalLogEntry> localLog() const;
+    std::vector<bqltest::LocalLogEntry> localLog() const;
 
 private:
-    TempDirectory folder_;
-    ScopedEnvironment dataHome_;
-    ScopedEnvironment configDirs_;
+    bqltest::TempDirectory folder_;
+    bqltest::ScopedEnvironment dataHome_;
+    bqltest::ScopedEnvironment configDirs_;
     BQLColloqPlugin* plugin_;
 };

@@ -13,6 +13,7 @@
 
 namespace {
 
+using bqltest::LocalLogEntry;
 using ::testing::IsEmpty;
 
 // One call as the client reported it, with the plug-in's own contact.

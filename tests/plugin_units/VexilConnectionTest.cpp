@@ -11,6 +11,7 @@
 
 namespace {
 
+using bqltest::LocalLogEntry;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 

@@ -8,6 +8,7 @@
 
 namespace {
 
+using bqltest::LocalLogEntry;
 using fakeclient::ClientLogLine;
 using ::testing::Contains;
 using ::testing::ElementsAre;

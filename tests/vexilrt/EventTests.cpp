@@ -23,7 +23,7 @@ protected:
 
     ReceivedEvent only() {
         settle();
-        const auto events = log_.events();
+        const auto events = log_.items();
         EXPECT_EQ(1u, events.size());
         return events.empty() ? ReceivedEvent{} : events.front();
     }
@@ -55,7 +55,7 @@ TEST_F(EventTest, DeviceEventsArriveOnTheRuntimesOwnThread) {
     const std::string path = plug(0xac27, "EV1");
     ASSERT_EQ(VEXILCTL_OK, vexilctl_remove_headset(path.c_str()));
     settle();
-    const auto events = log_.events();
+    const auto events = log_.items();
     ASSERT_EQ(2u, events.size());
     for (const ReceivedEvent& event : events) {
         EXPECT_EQ(ReceivedEvent::Kind::DeviceState, event.kind);
@@ -94,7 +94,7 @@ TEST_F(EventTest, AButtonPressWithoutKeysCarries255) {
     ASSERT_EQ(VEXILCTL_OK, vexilctl_press_button(path.c_str(), CALL_STATE_ACCEPT_CALL, 3, nullptr));
     ASSERT_EQ(VEXILCTL_OK, vexilctl_press_button(path.c_str(), CALL_STATE_HOLD_CALL, 3, ""));
     settle();
-    const auto events = log_.events();
+    const auto events = log_.items();
     ASSERT_EQ(2u, events.size());
     for (const ReceivedEvent& event : events) {
         EXPECT_STREQ(VEXIL_NO_DTMF_KEY, event.callState.dtmfKeys);
@@ -155,7 +155,7 @@ TEST_F(EventTest, EventsArriveInTheOrderTheyWereRaised) {
         ASSERT_EQ(VEXILCTL_OK, vexilctl_press_button(path.c_str(), CALL_STATE_ACCEPT_CALL, id, nullptr));
     }
     settle();
-    const auto events = log_.events();
+    const auto events = log_.items();
     ASSERT_EQ(21u, events.size());
     EXPECT_EQ(ReceivedEvent::Kind::DeviceState, events[0].kind);
     for (int32_t id = 0; id < 20; ++id) {
@@ -192,7 +192,7 @@ TEST_F(EventTest, AnUnregisteredSubscriberIsNeverCalledAgain) {
     ASSERT_EQ(VEXIL_OK, manager_->registerCallback(&other));
     ASSERT_EQ(VEXIL_OK, manager_->unregisterCallback(&managerEvents_));
     plug(0xac27, "EV10");
-    ASSERT_TRUE(otherLog.waitForCount(1));
+    ASSERT_TRUE(otherLog.waitFor(1, kPatience));
     settle();
     EXPECT_EQ(0u, log_.count());
     ASSERT_EQ(VEXIL_OK, manager_->unregisterCallback(&other));

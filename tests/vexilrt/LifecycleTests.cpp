@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "RuntimeFixture.h"
+#include "bqltest/ThreadNames.h"
 
 namespace vexiltest {
 namespace {
@@ -22,7 +23,7 @@ TEST_F(LifecycleTest, InitStartsTheRuntimeAndIsIdempotent) {
     EXPECT_EQ(1, isRunning());
     EXPECT_EQ(VEXIL_OK, InitVexilRuntime());
     EXPECT_EQ(1, isRunning());
-    EXPECT_EQ(1, threadsNamed("vexil-events"));
+    EXPECT_EQ(1, bqltest::threadsNamed("vexil-events"));
 }
 
 TEST_F(LifecycleTest, GettersBeforeInitReportNotInitializedAndClearTheirOut) {
@@ -61,9 +62,9 @@ TEST_F(LifecycleTest, GettersHandOutTheSameSingletonsAcrossRestarts) {
 
 TEST_F(LifecycleTest, ShutdownJoinsTheEventThread) {
     start();
-    ASSERT_EQ(1, threadsNamed("vexil-events"));
+    ASSERT_EQ(1, bqltest::threadsNamed("vexil-events"));
     ShutDownVexilRuntime();
-    EXPECT_EQ(0, threadsNamed("vexil-events"));
+    EXPECT_EQ(0, bqltest::threadsNamed("vexil-events"));
     EXPECT_EQ(0, isRunning());
 }
 
@@ -73,7 +74,7 @@ TEST_F(LifecycleTest, ShutdownIsIdempotentAndHarmlessBeforeInit) {
     ShutDownVexilRuntime();
     ShutDownVexilRuntime();
     EXPECT_EQ(0, isRunning());
-    EXPECT_EQ(0, threadsNamed("vexil-events"));
+    EXPECT_EQ(0, bqltest::threadsNamed("vexil-events"));
 }
 
 TEST_F(LifecycleTest, ShutdownDropsSessionAndSubscribersButKeepsHeadsets) {
@@ -134,7 +135,7 @@ TEST_F(LifecycleTest, ShutdownFromInsideADeliveryReturnsAndARestartJoinsTheOldTh
     EXPECT_EQ(0, isRunning());
 
     ASSERT_EQ(VEXIL_OK, InitVexilRuntime());
-    EXPECT_EQ(1, threadsNamed("vexil-events"));
+    EXPECT_EQ(1, bqltest::threadsNamed("vexil-events"));
     ASSERT_EQ(VEXIL_OK, manager_->registerCallback(&managerEvents_));
     plug(0xac27, "LIFE4");
     settle();
@@ -172,9 +173,9 @@ TEST_F(LifecycleTest, ConcurrentInitAndShutdownLeaveAConsistentRuntime) {
     stopper.join();
     ShutDownVexilRuntime();
     EXPECT_EQ(0, isRunning());
-    EXPECT_EQ(0, threadsNamed("vexil-events"));
+    EXPECT_EQ(0, bqltest::threadsNamed("vexil-events"));
     EXPECT_EQ(VEXIL_OK, InitVexilRuntime());
-    EXPECT_EQ(1, threadsNamed("vexil-events"));
+    EXPECT_EQ(1, bqltest::threadsNamed("vexil-events"));
 }
 
 TEST_F(LifecycleTest, ResetIsRefusedWhileRunning) {

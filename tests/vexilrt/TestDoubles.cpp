@@ -1,10 +1,8 @@
 #include "TestDoubles.h"
 
-#include <pthread.h>
-
-#include <filesystem>
-#include <fstream>
 #include <utility>
+
+#include "bqltest/ThreadNames.h"
 
 namespace vexiltest {
 
@@ -25,41 +23,13 @@ bool Signal::waitFor(std::chrono::milliseconds timeout) const {
     return raised_.wait_for(lock, timeout, [this] { return isRaised_; });
 }
 
-void EventLog::add(ReceivedEvent event) {
-    {
-        std::lock_guard<std::mutex> lock(mutex_);
-        events_.push_back(std::move(event));
-    }
-    added_.notify_all();
-}
-
-std::vector<ReceivedEvent> EventLog::events() const {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return events_;
-}
-
-std::size_t EventLog::count() const {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return events_.size();
-}
-
-void EventLog::clear() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    events_.clear();
-}
-
-bool EventLog::waitForCount(std::size_t count, std::chrono::milliseconds timeout) const {
-    std::unique_lock<std::mutex> lock(mutex_);
-    return added_.wait_for(lock, timeout, [this, count] { return events_.size() >= count; });
-}
-
 namespace {
 
 ReceivedEvent stamped(ReceivedEvent::Kind kind) {
     ReceivedEvent event;
     event.kind = kind;
     event.thread = std::this_thread::get_id();
-    event.threadName = currentThreadName();
+    event.threadName = bqltest::currentThreadName();
     return event;
 }
 
@@ -80,7 +50,7 @@ bool RecordingCallEvents::OnCallRequest(const CallRequestEventArgs& args) {
 }
 
 void RecordingCallEvents::received(ReceivedEvent event) {
-    log_.add(event);
+    log_.put(event);
     if (hook_) {
         hook_(event);
     }
@@ -101,28 +71,10 @@ bool RecordingManagerEvents::OnDeviceStateChanged(const DeviceStateEventArgs& ar
 }
 
 void RecordingManagerEvents::received(ReceivedEvent event) {
-    log_.add(event);
+    log_.put(event);
     if (hook_) {
         hook_(event);
     }
-}
-
-std::string currentThreadName() {
-    char name[32] = {};
-    pthread_getname_np(pthread_self(), name, sizeof name);
-    return name;
-}
-
-int threadsNamed(const std::string& name) {
-    int found = 0;
-    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream comm(task.path() / "comm");
-        std::string taskName;
-        if (std::getline(comm, taskName) && taskName == name) {
-            ++found;
-        }
-    }
-    return found;
 }
 
 }  // namespace vexiltest

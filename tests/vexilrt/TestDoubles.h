@@ -4,13 +4,12 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <cstddef>
 #include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
-#include <vector>
 
+#include "bqltest/Inbox.h"
 #include "vexilrt/VexilRTSDKLite.h"
 
 namespace vexiltest {
@@ -85,19 +84,7 @@ struct ReceivedEvent {
 };
 
 // What subscribers received, in order; shared by subscribers when a test compares them.
-class EventLog {
-public:
-    void add(ReceivedEvent event);
-    std::vector<ReceivedEvent> events() const;
-    std::size_t count() const;
-    void clear();
-    bool waitForCount(std::size_t count, std::chrono::milliseconds timeout = kPatience) const;
-
-private:
-    mutable std::mutex mutex_;
-    mutable std::condition_variable added_;
-    std::vector<ReceivedEvent> events_;
-};
+using EventLog = bqltest::Inbox<ReceivedEvent>;
 
 // Runs inside a delivery, on the runtime's thread, after the event is logged.
 using DeliveryHook = std::function<void(const ReceivedEvent&)>;
@@ -125,11 +112,5 @@ private:
     EventLog& log_;
     DeliveryHook hook_;
 };
-
-// The name the kernel knows the calling thread by.
-std::string currentThreadName();
-
-// How many threads of this process carry `name`.
-int threadsNamed(const std::string& name);
 
 }  // namespace vexiltest

@@ -1,16 +1,20 @@
-#include "LocalLog.h"
+#include "bqltest/LocalLog.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
+#include <thread>
 
+#include "bqltest/FileLines.h"
 #include "bqlutil/LogWriter.h"
+
+namespace bqltest {
 
 namespace {
 
 // Lines read "<date> <time> <level padded> [<thread>] <function> <location> <message>", and
 // the plug-in always passes "<>" as the location.
 constexpr const char* kLocationSeparator = " <> ";
+constexpr const char* kLoggerName = "Vexil_Colloq";
 
 LocalLogEntry parseLine(const std::string& line) {
     LocalLogEntry entry;
@@ -43,8 +47,7 @@ void PrintTo(const LocalLogEntry& entry, std::ostream* out) {
 
 std::vector<LocalLogEntry> readLocalLog(const std::filesystem::path& file) {
     std::vector<LocalLogEntry> entries;
-    std::ifstream in(file);
-    for (std::string line; std::getline(in, line);) {
+    for (const std::string& line : readLines(file)) {
         entries.push_back(parseLine(line));
     }
     return entries;
@@ -57,17 +60,32 @@ std::vector<LocalLogEntry> entriesOf(const std::vector<LocalLogEntry>& entries, 
     return chosen;
 }
 
-LocalLogCapture::LocalLogCapture() {
+LocalLogCapture::LocalLogCapture() : file_(folder_ / (std::string(kLoggerName) + ".log")) {
     if (!folder_.path().empty()) {
-        // No configuration file: the library writes <folder>/Vexil_Colloq.log.
-        ready_ = LogWriter_init(nullptr, folder_.path().c_str(), "Vexil_Colloq") == 0;
+        // No configuration file: the library writes <folder>/<logger name>.log.
+        ready_ = LogWriter_init(nullptr, folder_.path().c_str(), kLoggerName) == 0;
     }
 }
 
-std::vector<LocalLogEntry> LocalLogCapture::entries() const {
-    return readLocalLog(folder_.path() / "Vexil_Colloq.log");
-}
+std::vector<std::string> LocalLogCapture::lines() const { return readLines(file_); }
+
+std::vector<LocalLogEntry> LocalLogCapture::entries() const { return readLocalLog(file_); }
 
 std::vector<LocalLogEntry> LocalLogCapture::entriesOf(const std::string& function) const {
-    return ::entriesOf(entries(), function);
+    return bqltest::entriesOf(entries(), function);
 }
+
+int LocalLogCapture::count(const std::string& text) const { return countLinesContaining(lines(), text); }
+
+bool LocalLogCapture::waitFor(const std::string& text, int wanted, std::chrono::milliseconds limit) const {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (count(text) < wanted) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return true;
+}
+
+}  // namespace bqltest

@@ -1,13 +1,16 @@
-// The plug-in's local log as the tests read it back: one entry a line, split into the level,
-// the function name the caller passed and the message.
+// The local log as tests read it back: the raw lines, or each line split into the level, the
+// function name the caller passed and the message.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <ostream>
 #include <string>
 #include <vector>
 
-#include "TempDirectory.h"
+#include "bqltest/TempDirectory.h"
+
+namespace bqltest {
 
 struct LocalLogEntry {
     std::string level;  // "DEBUG", "INFO" or "ERROR"
@@ -24,7 +27,7 @@ std::vector<LocalLogEntry> readLocalLog(const std::filesystem::path& file);
 // Only the entries written with this function name.
 std::vector<LocalLogEntry> entriesOf(const std::vector<LocalLogEntry>& entries, const std::string& function);
 
-// Points the local log at a file of its own in a fresh folder, as the plug-in's logger name.
+// Points the local log at a file of its own in a fresh folder, under the plug-in's logger name.
 class LocalLogCapture {
 public:
     LocalLogCapture();
@@ -33,10 +36,20 @@ public:
 
     // False when the folder or the logger could not be set up.
     bool ready() const { return ready_; }
+
+    std::vector<std::string> lines() const;
     std::vector<LocalLogEntry> entries() const;
     std::vector<LocalLogEntry> entriesOf(const std::string& function) const;
+    // Lines that contain `text` anywhere.
+    int count(const std::string& text) const;
+    // True once `count` lines contain `text`, false when the time-out passes first. The file
+    // offers nothing to wait on, so it is looked at again in short steps.
+    bool waitFor(const std::string& text, int count, std::chrono::milliseconds limit = std::chrono::seconds(10)) const;
 
 private:
     TempDirectory folder_;
+    std::filesystem::path file_;
     bool ready_ = false;
 };
+
+}  // namespace bqltest
