@@ -2,21 +2,12 @@
 // visitor throws.
 #pragma once
 
-#include <memory>
 #include <string>
 
+#include "bqlcommon/ReleasingPtr.h"
 #include "vexilrt/VexilRTSDKLite.h"
 
 namespace vexilwalk {
-
-struct Releaser {
-    template <typename Runtime>
-    void operator()(Runtime* object) const {
-        object->Release();
-    }
-};
-template <typename Runtime>
-using Held = std::unique_ptr<Runtime, Releaser>;
 
 // Calls visit(device) for each device until it returns true. False when the enumerator is
 // missing or no device matched.
@@ -27,12 +18,12 @@ bool walkDevices(ISessionManagerInt* manager, Visit visit) {
     }
     IDeviceEnumerator* raw = nullptr;
     manager->getDeviceEnumerator(&raw);
-    Held<IDeviceEnumerator> enumerator(raw);
+    bql::ReleasingPtr<IDeviceEnumerator> enumerator(raw);
     if (!enumerator) {
         return false;
     }
     while (enumerator->moveNext() != 0) {
-        Held<IDevice> device(enumerator->current());
+        bql::ReleasingPtr<IDevice> device(enumerator->current());
         if (device && visit(*device)) {
             return true;
         }

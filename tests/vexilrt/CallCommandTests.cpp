@@ -157,7 +157,7 @@ TEST_F(CallCommandTest, ACommandOfAnEarlierSessionDoesNotReachALaterOne) {
     ASSERT_EQ(VEXIL_OK, manager_->unregisterSession(session_.get()));
     ISession* later = nullptr;
     ASSERT_EQ(VEXIL_OK, managerInt_->registerSession(VEXIL_SOFTPHONE_COLLOQ, VEXIL_SESSION_KIND_SOFTPHONE, &later));
-    Ref<ISession> held(later);
+    bql::ReleasingPtr<ISession> held(later);
     FakeCall call(46);
     EXPECT_EQ(VEXIL_E_NOT_FOUND, command->answeredCall(&call));
 }

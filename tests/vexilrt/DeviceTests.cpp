@@ -32,16 +32,16 @@ std::string activeDevice() {
     return status == VEXILCTL_OK ? std::string(path) : std::string("(none)");
 }
 
-Ref<IDeviceEnumerator> enumerate(ISessionManagerInt* managerInt) {
+bql::ReleasingPtr<IDeviceEnumerator> enumerate(ISessionManagerInt* managerInt) {
     IDeviceEnumerator* enumerator = nullptr;
     EXPECT_EQ(VEXIL_OK, managerInt->getDeviceEnumerator(&enumerator));
-    return Ref<IDeviceEnumerator>(enumerator);
+    return bql::ReleasingPtr<IDeviceEnumerator>(enumerator);
 }
 
 std::vector<std::string> walk(IDeviceEnumerator* enumerator) {
     std::vector<std::string> paths;
     while (enumerator->moveNext() != 0) {
-        Ref<IDevice> device(enumerator->current());
+        bql::ReleasingPtr<IDevice> device(enumerator->current());
         if (device) {
             paths.push_back(pathOf(device.get()));
         }
@@ -52,7 +52,7 @@ std::vector<std::string> walk(IDeviceEnumerator* enumerator) {
 TEST_F(DeviceTest, EnumeratorStartsBeforeTheFirstDevice) {
     start();
     plug(0xac27, "E1");
-    Ref<IDeviceEnumerator> enumerator = enumerate(managerInt_);
+    bql::ReleasingPtr<IDeviceEnumerator> enumerator = enumerate(managerInt_);
     EXPECT_EQ(nullptr, enumerator->current());
 }
 
@@ -60,7 +60,7 @@ TEST_F(DeviceTest, EnumeratorWalksHeadsetsInTheOrderTheyCameThenEnds) {
     start();
     const std::string first = plug(0xac27, "E1");
     const std::string second = plug(0x0123, "E2", "Model 3", false);
-    Ref<IDeviceEnumerator> enumerator = enumerate(managerInt_);
+    bql::ReleasingPtr<IDeviceEnumerator> enumerator = enumerate(managerInt_);
     EXPECT_EQ((std::vector<std::string>{first, second}), walk(enumerator.get()));
     EXPECT_EQ(0, enumerator->moveNext());
     EXPECT_EQ(nullptr, enumerator->current());
@@ -68,7 +68,7 @@ TEST_F(DeviceTest, EnumeratorWalksHeadsetsInTheOrderTheyCameThenEnds) {
 
 TEST_F(DeviceTest, EnumeratorWithoutHeadsetsEndsAtOnce) {
     start();
-    Ref<IDeviceEnumerator> enumerator = enumerate(managerInt_);
+    bql::ReleasingPtr<IDeviceEnumerator> enumerator = enumerate(managerInt_);
     EXPECT_EQ(0, enumerator->moveNext());
     EXPECT_EQ(nullptr, enumerator->current());
 }
@@ -76,7 +76,7 @@ TEST_F(DeviceTest, EnumeratorWithoutHeadsetsEndsAtOnce) {
 TEST_F(DeviceTest, EnumeratorIsASnapshot) {
     start();
     const std::string first = plug(0xac27, "E1");
-    Ref<IDeviceEnumerator> enumerator = enumerate(managerInt_);
+    bql::ReleasingPtr<IDeviceEnumerator> enumerator = enumerate(managerInt_);
     plug(0xac28, "E2");
     ASSERT_EQ(VEXILCTL_OK, vexilctl_remove_headset(first.c_str()));
     EXPECT_EQ(std::vector<std::string>{first}, walk(enumerator.get()));
@@ -90,7 +90,7 @@ TEST_F(DeviceTest, GetDeviceEnumeratorRejectsANullOut) {
 TEST_F(DeviceTest, ADeviceReferenceOutlivesItsEnumerator) {
     start();
     const std::string path = plug(0xac27, "E1", "Model 5.1-X.2");
-    Ref<IDeviceEnumerator> enumerator = enumerate(managerInt_);
+    bql::ReleasingPtr<IDeviceEnumerator> enumerator = enumerate(managerInt_);
     ASSERT_NE(0, enumerator->moveNext());
     IDevice* device = enumerator->current();
     ASSERT_NE(nullptr, device);
@@ -102,10 +102,10 @@ TEST_F(DeviceTest, ADeviceReferenceOutlivesItsEnumerator) {
 TEST_F(DeviceTest, EachCurrentIsItsOwnReference) {
     start();
     plug(0xac27, "E1");
-    Ref<IDeviceEnumerator> enumerator = enumerate(managerInt_);
+    bql::ReleasingPtr<IDeviceEnumerator> enumerator = enumerate(managerInt_);
     ASSERT_NE(0, enumerator->moveNext());
-    Ref<IDevice> first(enumerator->current());
-    Ref<IDevice> second(enumerator->current());
+    bql::ReleasingPtr<IDevice> first(enumerator->current());
+    bql::ReleasingPtr<IDevice> second(enumerator->current());
     first.reset();
     enumerator.reset();
     EXPECT_EQ("Model 5.1-X.2", productNameOf(second.get()));
@@ -116,7 +116,7 @@ TEST_F(DeviceTest, ADeviceStaysReadableAfterItsHeadsetIsUnplugged) {
     const std::string path = plug(0xac27, "E1", "Model 5.1-X.2");
     IDevice* device = nullptr;
     ASSERT_EQ(VEXIL_OK, session_->getActiveDevice(&device));
-    Ref<IDevice> held(device);
+    bql::ReleasingPtr<IDevice> held(device);
     ASSERT_EQ(VEXILCTL_OK, vexilctl_remove_headset(path.c_str()));
     EXPECT_EQ(path, pathOf(held.get()));
     EXPECT_EQ("Model 5.1-X.2", productNameOf(held.get()));
@@ -127,7 +127,7 @@ TEST_F(DeviceTest, TextsAreCutToTheBufferAndAlwaysTerminated) {
     plug(0xac27, "E1", "Model 5.1-X.2");
     IDevice* device = nullptr;
     ASSERT_EQ(VEXIL_OK, session_->getActiveDevice(&device));
-    Ref<IDevice> held(device);
+    bql::ReleasingPtr<IDevice> held(device);
     wchar_t buffer[16];
     std::fill(std::begin(buffer), std::end(buffer), L'#');
     EXPECT_EQ(VEXIL_E_BUFFER_TOO_SMALL, held->getDevicePath(buffer, 5));
@@ -144,7 +144,7 @@ TEST_F(DeviceTest, TextBuffersMustExistAndHaveRoom) {
     plug(0xac27, "E1");
     IDevice* device = nullptr;
     ASSERT_EQ(VEXIL_OK, session_->getActiveDevice(&device));
-    Ref<IDevice> held(device);
+    bql::ReleasingPtr<IDevice> held(device);
     wchar_t buffer[4] = {L'x', L'y', 0, 0};
     EXPECT_EQ(VEXIL_E_INVALID_ARG, held->getDevicePath(nullptr, 10));
     EXPECT_EQ(VEXIL_E_INVALID_ARG, held->getDevicePath(buffer, 0));
@@ -160,9 +160,9 @@ TEST_F(DeviceTest, HostCommandTellsWhetherTheHeadsetHasADisplay) {
     const std::string withDisplay = plug(0xac27, "D1", "Model 5.1-X.2", true);
     plug(0x0123, "D2", "Model 3", false);
     std::vector<bool> displays;
-    Ref<IDeviceEnumerator> enumerator = enumerate(managerInt_);
+    bql::ReleasingPtr<IDeviceEnumerator> enumerator = enumerate(managerInt_);
     while (enumerator->moveNext() != 0) {
-        Ref<IDevice> device(enumerator->current());
+        bql::ReleasingPtr<IDevice> device(enumerator->current());
         IHostCommand* command = nullptr;
         ASSERT_EQ(VEXIL_OK, device->getHostCommand(&command));
         ASSERT_NE(nullptr, command);
@@ -178,7 +178,7 @@ TEST_F(DeviceTest, GetHostCommandRejectsANullOut) {
     plug(0xac27, "D1");
     IDevice* device = nullptr;
     ASSERT_EQ(VEXIL_OK, session_->getActiveDevice(&device));
-    Ref<IDevice> held(device);
+    bql::ReleasingPtr<IDevice> held(device);
     EXPECT_EQ(VEXIL_E_INVALID_ARG, held->getHostCommand(nullptr));
 }
 

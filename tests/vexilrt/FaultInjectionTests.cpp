@@ -267,7 +267,7 @@ protected:
     }
 
     World world_;
-    Ref<IDevice> device_;
+    bql::ReleasingPtr<IDevice> device_;
     EventLog spareLog_;
     RecordingCallEvents spareCallEvents_{spareLog_};
     RecordingManagerEvents spareManagerEvents_{spareLog_};

@@ -3,25 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 #include "TestDoubles.h"
+#include "bqlcommon/ReleasingPtr.h"
 #include "vexilctl/VexilControl.h"
 #include "vexilrt/VexilRTSDKLite.h"
 
 namespace vexiltest {
-
-struct ReleaseReference {
-    template <class Object>
-    void operator()(Object* object) const {
-        object->Release();
-    }
-};
-
-// A reference the test holds on a runtime object with Release().
-template <class Object>
-using Ref = std::unique_ptr<Object, ReleaseReference>;
 
 std::wstring wide(const std::string& text);
 std::string narrow(const std::wstring& text);
@@ -51,7 +40,7 @@ protected:
     ISessionManager* manager_ = nullptr;
     ISessionManagerInt* managerInt_ = nullptr;
     IDeviceManager* deviceManager_ = nullptr;
-    Ref<ISession> session_;
+    bql::ReleasingPtr<ISession> session_;
     int32_t pluginId_ = 0;
 
     // Subscribers outlive every delivery: the runtime is shut down before they go.
@@ -60,7 +49,7 @@ protected:
     RecordingManagerEvents managerEvents_{log_};
 
 private:
-    Ref<ICallCommand> command_;
+    bql::ReleasingPtr<ICallCommand> command_;
 };
 
 }  // namespace vexiltest

@@ -49,7 +49,7 @@ TEST_F(SessionTest, EverySoftphoneNameOfTheRuntimeIsAccepted) {
     for (const wchar_t* name : VEXIL_SOFTPHONE_NAMES) {
         ISession* session = nullptr;
         ASSERT_EQ(VEXIL_OK, managerInt_->registerSession(name, VEXIL_SESSION_KIND_SOFTPHONE, &session));
-        Ref<ISession> held(session);
+        bql::ReleasingPtr<ISession> held(session);
         EXPECT_EQ(narrow(name), sessionState().name);
         ASSERT_EQ(VEXIL_OK, manager_->unregisterSession(session));
     }
@@ -151,7 +151,7 @@ TEST_F(SessionTest, ActiveDeviceIsMissingUntilAHeadsetIsPlugged) {
     const std::string first = plug(0xac27, "FIRST");
     plug(0xac28, "SECOND");
     ASSERT_EQ(VEXIL_OK, session_->getActiveDevice(&device));
-    Ref<IDevice> held(device);
+    bql::ReleasingPtr<IDevice> held(device);
     wchar_t path[VEXIL_DEVICE_PATH_CHARS] = {};
     ASSERT_EQ(VEXIL_OK, held->getDevicePath(path, VEXIL_DEVICE_PATH_CHARS));
     EXPECT_EQ(first, narrow(path));

@@ -5,12 +5,12 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <stdexcept>
 #include <string>
 
 #include "Inbox.h"
 #include "Listeners.h"
+#include "bqlcommon/ReleasingPtr.h"
 #include "vexilrt/VexilRTSDKLite.h"
 
 namespace demo {
@@ -19,16 +19,6 @@ class DemoFailure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
-
-struct ReleaseReference {
-    template <class Object>
-    void operator()(Object* object) const {
-        object->Release();
-    }
-};
-
-template <class Object>
-using Ref = std::unique_ptr<Object, ReleaseReference>;
 
 class DemoScript {
 public:
@@ -58,9 +48,9 @@ private:
 
     ISessionManager* manager_ = nullptr;
     ISessionManagerInt* managerInt_ = nullptr;
-    Ref<ISession> session_;
-    Ref<ICallCommand> command_;
-    Ref<IDevice> device_;
+    bql::ReleasingPtr<ISession> session_;
+    bql::ReleasingPtr<ICallCommand> command_;
+    bql::ReleasingPtr<IDevice> device_;
     int32_t pluginId_ = 0;
     std::string headsetPath_;
 };

@@ -6,10 +6,10 @@
 
 #include "DeviceEnumerator.h"
 #include "Guarded.h"
-#include "Owned.h"
 #include "OutParam.h"
 #include "Runtime.h"
 #include "Session.h"
+#include "bqlcommon/ReleasingPtr.h"
 #include "vexilrt/VexilRTSDKLite.h"
 
 namespace vexil {
@@ -55,7 +55,7 @@ int32_t SessionManagerInt::registerSession(const wchar_t* name, int32_t kind, IS
         if (!runtime_.running()) {
             return VEXIL_E_NOT_INITIALIZED;
         }
-        Owned<Session> handle(new Session(runtime_));
+        bql::ReleasingPtr<Session> handle(new Session(runtime_));
         const auto pluginId = runtime_.sessions().add(softphone, kind, handle.get());
         if (!pluginId) {
             return VEXIL_E_ALREADY_EXISTS;
