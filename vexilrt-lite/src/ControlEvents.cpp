@@ -17,6 +17,20 @@ int32_t registeredPluginId(Runtime& runtime) {
     return session ? session->pluginId : 0;
 }
 
+// Raises the event that `makeEvent` builds for that session.
+template <class MakeEvent>
+int32_t raiseForSession(MakeEvent makeEvent) {
+    Runtime& runtime = Runtime::instance();
+    if (!runtime.running()) {
+        return VEXILCTL_E_NOT_RUNNING;
+    }
+    const int32_t pluginId = registeredPluginId(runtime);
+    if (pluginId == 0) {
+        return VEXILCTL_E_NO_SESSION;
+    }
+    return runtime.raise(makeEvent(pluginId)) ? VEXILCTL_OK : VEXILCTL_E_NOT_RUNNING;
+}
+
 int32_t readKeys(const char* keys, std::string& out) {
     if (keys == nullptr || keys[0] == '\0') {
         out = VEXIL_NO_DTMF_KEY;
@@ -44,17 +58,10 @@ extern "C" int32_t vexilctl_press_button(const char* path, int32_t code, int32_t
         if (status != VEXILCTL_OK) {
             return status;
         }
-        Runtime& runtime = Runtime::instance();
-        if (!runtime.running()) {
-            return VEXILCTL_E_NOT_RUNNING;
-        }
-        const int32_t pluginId = registeredPluginId(runtime);
-        if (pluginId == 0) {
-            return VEXILCTL_E_NO_SESSION;
-        }
-        const bool raised = runtime.raise(vexil::SessionCallStateEvent{
-            pluginId, vexil::makeCallStateArgs(callId, code, devicePath, keyText, keyText)});
-        return raised ? VEXILCTL_OK : VEXILCTL_E_NOT_RUNNING;
+        return raiseForSession([&](int32_t pluginId) {
+            return vexil::SessionCallStateEvent{pluginId,
+                                                vexil::makeCallStateArgs(callId, code, devicePath, keyText, keyText)};
+        });
     });
 }
 
@@ -73,17 +80,9 @@ extern "C" int32_t vexilctl_dial(const char* path, const char* number, const cha
         if (status != VEXILCTL_OK) {
             return status;
         }
-        Runtime& runtime = Runtime::instance();
-        if (!runtime.running()) {
-            return VEXILCTL_E_NOT_RUNNING;
-        }
-        const int32_t pluginId = registeredPluginId(runtime);
-        if (pluginId == 0) {
-            return VEXILCTL_E_NO_SESSION;
-        }
-        const bool raised = runtime.raise(vexil::SessionCallRequestEvent{
-            pluginId, vexil::makeCallRequestArgs(dialled, alternate, devicePath)});
-        return raised ? VEXILCTL_OK : VEXILCTL_E_NOT_RUNNING;
+        return raiseForSession([&](int32_t pluginId) {
+            return vexil::SessionCallRequestEvent{pluginId, vexil::makeCallRequestArgs(dialled, alternate, devicePath)};
+        });
     });
 }
 
