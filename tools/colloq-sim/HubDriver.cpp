@@ -166,7 +166,7 @@ std::string HubDriver::start(const std::string& program, const std::string& acti
         return error;
     }
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    hostharness::MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     while (!isListening_) {
         if (std::chrono::steady_clock::now() >= deadline) {
             return "the hub simulator did not take the hub's port in time (is another hub running?)";
@@ -192,7 +192,7 @@ void HubDriver::onLine(const std::string& line) {
     timeline_.record(std::move(event));
     if (listening) {
         {
-            hostharness::MutexLock lock(mutex_);
+            bql::MutexLock lock(mutex_);
             isListening_ = true;
         }
         listening_.notify_all();

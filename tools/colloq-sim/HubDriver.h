@@ -12,7 +12,7 @@
 
 #include "HubProcess.h"
 #include "Timeline.h"
-#include "hostharness/ThreadAnnotations.h"
+#include "bqlcommon/Mutex.h"
 
 namespace colloqsim {
 
@@ -26,7 +26,7 @@ public:
     // Starts the simulator, with activeDevice as its active device unless empty, and waits
     // until it owns the hub's port; "" when it does, else why not.
     std::string start(const std::string& program, const std::string& activeDevice, std::chrono::milliseconds timeout)
-        HH_EXCLUDES(mutex_);
+        BQL_EXCLUDES(mutex_);
     // Ends it; "" when it ended cleanly.
     std::string stop();
     bool running() const { return process_.running(); }
@@ -44,13 +44,13 @@ public:
     static std::string actionWord(const std::string& word);
 
 private:
-    void onLine(const std::string& line) HH_EXCLUDES(mutex_);
+    void onLine(const std::string& line) BQL_EXCLUDES(mutex_);
 
     Timeline& timeline_;
     HubProcess process_;
-    hostharness::Mutex mutex_;
+    bql::Mutex mutex_;
     std::condition_variable listening_;
-    bool isListening_ HH_GUARDED_BY(mutex_) = false;
+    bool isListening_ BQL_GUARDED_BY(mutex_) = false;
 };
 
 // The timeline line of one line the hub simulator wrote in JSON.

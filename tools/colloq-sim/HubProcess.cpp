@@ -109,7 +109,7 @@ void HubProcess::read(std::promise<void>* started) {
         }
     }
     {
-        hostharness::MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         outputEnded_ = true;
     }
     ended_.notify_all();
@@ -127,7 +127,7 @@ bool HubProcess::stop(std::chrono::milliseconds timeout) {
         const auto deadline = std::chrono::steady_clock::now() + timeout;
         bool ended = false;
         {
-            hostharness::MutexLock lock(mutex_);
+            bql::MutexLock lock(mutex_);
             while (!outputEnded_ && std::chrono::steady_clock::now() < deadline) {
                 lock.waitUntil(ended_, deadline);
             }

@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "hostharness/ThreadAnnotations.h"
+#include "bqlcommon/Mutex.h"
 
 namespace colloqsim {
 
@@ -32,19 +32,19 @@ public:
     bool writeLine(const std::string& line);
     // Closes its input, which ends it; kills it when its output has not ended within the
     // time-out. Joins the reader and reaps the process. True when it ended by itself with 0.
-    bool stop(std::chrono::milliseconds timeout) HH_EXCLUDES(mutex_);
+    bool stop(std::chrono::milliseconds timeout) BQL_EXCLUDES(mutex_);
     bool running() const { return pid_ > 0; }
 
 private:
-    void read(std::promise<void>* started) HH_EXCLUDES(mutex_);
+    void read(std::promise<void>* started) BQL_EXCLUDES(mutex_);
 
     pid_t pid_ = -1;
     int input_ = -1;
     int output_ = -1;
     LineHandler onLine_;
-    hostharness::Mutex mutex_;
+    bql::Mutex mutex_;
     std::condition_variable ended_;
-    bool outputEnded_ HH_GUARDED_BY(mutex_) = false;
+    bool outputEnded_ BQL_GUARDED_BY(mutex_) = false;
     std::thread reader_;
 };
 

@@ -143,7 +143,7 @@ bool ModelClient::start(std::string* error) {
             return;
         }
         {
-            hostharness::MutexLock lock(inbox->mutex);
+            bql::MutexLock lock(inbox->mutex);
             if (inbox->stopping) {
                 return;
             }
@@ -157,7 +157,7 @@ bool ModelClient::start(std::string* error) {
 void ModelClient::stop() {
     host_.journal().setListener(nullptr);
     {
-        hostharness::MutexLock lock(inbox_->mutex);
+        bql::MutexLock lock(inbox_->mutex);
         inbox_->stopping = true;
     }
     inbox_->changed.notify_all();
@@ -172,7 +172,7 @@ void ModelClient::run(std::promise<void>* started) {
     for (;;) {
         hostharness::RecordedCall operation;
         {
-            hostharness::MutexLock lock(inbox_->mutex);
+            bql::MutexLock lock(inbox_->mutex);
             while (!inbox_->stopping && inbox_->operations.empty()) {
                 lock.wait(inbox_->changed);
             }
@@ -189,7 +189,7 @@ void ModelClient::run(std::promise<void>* started) {
             fire(firing);
         }
         {
-            hostharness::MutexLock lock(inbox_->mutex);
+            bql::MutexLock lock(inbox_->mutex);
             inbox_->busy = false;
         }
         inbox_->changed.notify_all();
@@ -198,7 +198,7 @@ void ModelClient::run(std::promise<void>* started) {
 
 bool ModelClient::waitIdle(std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    hostharness::MutexLock lock(inbox_->mutex);
+    bql::MutexLock lock(inbox_->mutex);
     while (inbox_->busy || !inbox_->operations.empty()) {
         if (inbox_->stopping || std::chrono::steady_clock::now() >= deadline) {
             return false;
@@ -209,7 +209,7 @@ bool ModelClient::waitIdle(std::chrono::milliseconds timeout) {
 }
 
 ClientOutcome ModelClient::apply(const std::function<ClientOutcome(ClientModel&)>& action) {
-    hostharness::MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     ClientOutcome outcome = action(model_);
     // Under the model's lock, so that two threads never publish their lists out of order.
     host_.responses().setCalls(model_.calls());
@@ -255,7 +255,7 @@ void ModelClient::fire(const Firing& firing) {
 }
 
 ClientModel ModelClient::snapshot() const {
-    hostharness::MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     return model_;
 }
 

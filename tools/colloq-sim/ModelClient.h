@@ -16,7 +16,7 @@
 #include "ClientModel.h"
 #include "Timeline.h"
 #include "hostharness/HostHarness.h"
-#include "hostharness/ThreadAnnotations.h"
+#include "bqlcommon/Mutex.h"
 
 namespace colloqsim {
 
@@ -29,39 +29,39 @@ public:
 
     // Listens to the harness and starts the client's thread; false (and a reason) when the
     // thread cannot be started.
-    bool start(std::string* error) HH_EXCLUDES(mutex_);
+    bool start(std::string* error) BQL_EXCLUDES(mutex_);
     // Stops listening, wakes the thread and joins it. Operations still queued are dropped.
-    void stop() HH_EXCLUDES(mutex_);
+    void stop() BQL_EXCLUDES(mutex_);
 
     // Runs a user or far-end action on the model and fires what it asks for; the refusal text,
     // or "" when it was done.
-    std::string act(const std::function<ClientOutcome(ClientModel&)>& action) HH_EXCLUDES(mutex_);
+    std::string act(const std::function<ClientOutcome(ClientModel&)>& action) BQL_EXCLUDES(mutex_);
     // Waits until every operation the plug-in made so far has been reacted to.
-    bool waitIdle(std::chrono::milliseconds timeout) HH_EXCLUDES(mutex_);
+    bool waitIdle(std::chrono::milliseconds timeout) BQL_EXCLUDES(mutex_);
 
     // A copy of the model, for looking at it.
-    ClientModel snapshot() const HH_EXCLUDES(mutex_);
+    ClientModel snapshot() const BQL_EXCLUDES(mutex_);
 
 private:
     // Shared with the harness's listener, which may still run briefly after stop().
     struct Inbox {
-        hostharness::Mutex mutex;
+        bql::Mutex mutex;
         std::condition_variable changed;
-        std::deque<hostharness::RecordedCall> operations HH_GUARDED_BY(mutex);
-        bool stopping HH_GUARDED_BY(mutex) = false;
-        bool busy HH_GUARDED_BY(mutex) = false;
+        std::deque<hostharness::RecordedCall> operations BQL_GUARDED_BY(mutex);
+        bool stopping BQL_GUARDED_BY(mutex) = false;
+        bool busy BQL_GUARDED_BY(mutex) = false;
     };
 
     void run(std::promise<void>* started);
-    ClientOutcome apply(const std::function<ClientOutcome(ClientModel&)>& action) HH_EXCLUDES(mutex_);
+    ClientOutcome apply(const std::function<ClientOutcome(ClientModel&)>& action) BQL_EXCLUDES(mutex_);
     void show(const ClientOutcome& outcome);
     void fire(const Firing& firing);
 
     hostharness::HostHarness& host_;
     Timeline& timeline_;
     std::shared_ptr<Inbox> inbox_ = std::make_shared<Inbox>();
-    mutable hostharness::Mutex mutex_;
-    ClientModel model_ HH_GUARDED_BY(mutex_);
+    mutable bql::Mutex mutex_;
+    ClientModel model_ BQL_GUARDED_BY(mutex_);
     std::thread thread_;
 };
 

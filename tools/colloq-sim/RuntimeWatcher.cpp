@@ -60,7 +60,7 @@ TimelineEvent describeCommand(const VexilCtlCommand& command) {
 
 bool RuntimeWatcher::start(std::string* error) {
     {
-        hostharness::MutexLock lock(readMutex_);
+        bql::MutexLock lock(readMutex_);
         int32_t count = 0;
         vexilctl_command_count(&count);
         shown_ = count;
@@ -84,7 +84,7 @@ bool RuntimeWatcher::start(std::string* error) {
 
 void RuntimeWatcher::stop() {
     {
-        hostharness::MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         stopping_ = true;
     }
     wake_.notify_all();
@@ -98,7 +98,7 @@ void RuntimeWatcher::run(std::promise<void>* started) {
     started->set_value();
     for (;;) {
         sync();
-        hostharness::MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         if (stopping_) {
             break;
         }
@@ -111,7 +111,7 @@ void RuntimeWatcher::run(std::promise<void>* started) {
 }
 
 void RuntimeWatcher::sync() {
-    hostharness::MutexLock lock(readMutex_);
+    bql::MutexLock lock(readMutex_);
     showNewCommands();
     showActiveDevice();
 }

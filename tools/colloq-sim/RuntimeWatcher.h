@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "Timeline.h"
-#include "hostharness/ThreadAnnotations.h"
+#include "bqlcommon/Mutex.h"
 #include "vexilctl/VexilControl.h"
 
 namespace colloqsim {
@@ -23,25 +23,25 @@ public:
     RuntimeWatcher(const RuntimeWatcher&) = delete;
     RuntimeWatcher& operator=(const RuntimeWatcher&) = delete;
 
-    bool start(std::string* error) HH_EXCLUDES(mutex_);
+    bool start(std::string* error) BQL_EXCLUDES(mutex_);
     // Shows what is left in the log, then stops and joins the thread.
-    void stop() HH_EXCLUDES(mutex_);
+    void stop() BQL_EXCLUDES(mutex_);
     // Shows at once what the runtime has received so far.
-    void sync() HH_EXCLUDES(readMutex_);
+    void sync() BQL_EXCLUDES(readMutex_);
 
 private:
-    void run(std::promise<void>* started) HH_EXCLUDES(mutex_);
-    void showNewCommands() HH_REQUIRES(readMutex_);
-    void showActiveDevice() HH_REQUIRES(readMutex_);
+    void run(std::promise<void>* started) BQL_EXCLUDES(mutex_);
+    void showNewCommands() BQL_REQUIRES(readMutex_);
+    void showActiveDevice() BQL_REQUIRES(readMutex_);
 
     Timeline& timeline_;
-    hostharness::Mutex mutex_;
+    bql::Mutex mutex_;
     std::condition_variable wake_;
-    bool stopping_ HH_GUARDED_BY(mutex_) = false;
+    bool stopping_ BQL_GUARDED_BY(mutex_) = false;
     // Taken by whoever reads the runtime, so that nothing is shown twice.
-    hostharness::Mutex readMutex_;
-    int32_t shown_ HH_GUARDED_BY(readMutex_) = 0;  // log entries shown so far
-    std::string activeDevice_ HH_GUARDED_BY(readMutex_);  // the runtime's active headset as last shown
+    bql::Mutex readMutex_;
+    int32_t shown_ BQL_GUARDED_BY(readMutex_) = 0;  // log entries shown so far
+    std::string activeDevice_ BQL_GUARDED_BY(readMutex_);  // the runtime's active headset as last shown
     std::thread thread_;
 };
 

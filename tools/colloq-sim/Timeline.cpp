@@ -11,7 +11,7 @@ void Timeline::record(TimelineEvent event) {
     event.milliseconds =
         std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start_).count();
     {
-        hostharness::MutexLock lock(mutex_);
+        bql::MutexLock lock(mutex_);
         event.sequence = events_.size() + 1;
         // Printed under the lock so that lines come out in the order of their stamps.
         if (event.direction != Direction::ClientLog || showLog_) {
@@ -30,18 +30,18 @@ void Timeline::note(const std::string& text) {
 }
 
 void Timeline::problem(const std::string& text) {
-    hostharness::MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     printer_->problem(text);
 }
 
 void Timeline::say(const std::string& text) {
-    hostharness::MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     printer_->say(text);
 }
 
 std::optional<TimelineEvent> Timeline::take(const EventPattern& pattern, std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    hostharness::MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     for (;;) {
         for (Kept& kept : events_) {
             if (!kept.taken && pattern.matches(kept.event)) {
@@ -57,7 +57,7 @@ std::optional<TimelineEvent> Timeline::take(const EventPattern& pattern, std::ch
 }
 
 std::vector<TimelineEvent> Timeline::eventsOf(const std::string& subject) const {
-    hostharness::MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     std::vector<TimelineEvent> selected;
     for (const Kept& kept : events_) {
         if (kept.event.subject == subject) {
@@ -72,7 +72,7 @@ std::vector<TimelineEvent> Timeline::eventsOf(const std::string& subject) const 
 namespace colloqsim {
 
 std::size_t Timeline::activity() const {
-    hostharness::MutexLock lock(mutex_);
+    bql::MutexLock lock(mutex_);
     std::size_t count = 0;
     for (const Kept& kept : events_) {
         const std::string& subject = kept.event.subject;

@@ -13,7 +13,7 @@
 
 #include "TimelineEvent.h"
 #include "TimelinePrinter.h"
-#include "hostharness/ThreadAnnotations.h"
+#include "bqlcommon/Mutex.h"
 
 namespace colloqsim {
 
@@ -22,21 +22,21 @@ public:
     // Log lines are kept for expectations either way, but printed only with showLog.
     Timeline(std::unique_ptr<TimelinePrinter> printer, bool showLog);
 
-    void record(TimelineEvent event) HH_EXCLUDES(mutex_);
-    void note(const std::string& text) HH_EXCLUDES(mutex_);
-    void problem(const std::string& text) HH_EXCLUDES(mutex_);
+    void record(TimelineEvent event) BQL_EXCLUDES(mutex_);
+    void note(const std::string& text) BQL_EXCLUDES(mutex_);
+    void problem(const std::string& text) BQL_EXCLUDES(mutex_);
     // Text for the person at the prompt, in the same stream and never inside another line.
-    void say(const std::string& text) HH_EXCLUDES(mutex_);
+    void say(const std::string& text) BQL_EXCLUDES(mutex_);
 
     // Waits for the oldest event that matches and that no earlier wait took; takes it. Nothing
     // when none comes in time.
     std::optional<TimelineEvent> take(const EventPattern& pattern, std::chrono::milliseconds timeout)
-        HH_EXCLUDES(mutex_);
+        BQL_EXCLUDES(mutex_);
     // The events of a subject, oldest first, for saying what happened instead.
-    std::vector<TimelineEvent> eventsOf(const std::string& subject) const HH_EXCLUDES(mutex_);
+    std::vector<TimelineEvent> eventsOf(const std::string& subject) const BQL_EXCLUDES(mutex_);
     // How many events of the client, the plug-in and the headsets there were so far; it stays
     // the same while nothing happens between them.
-    std::size_t activity() const HH_EXCLUDES(mutex_);
+    std::size_t activity() const BQL_EXCLUDES(mutex_);
 
 private:
     struct Kept {
@@ -46,10 +46,10 @@ private:
 
     const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     const bool showLog_;
-    mutable hostharness::Mutex mutex_;
+    mutable bql::Mutex mutex_;
     std::condition_variable recorded_;
-    std::unique_ptr<TimelinePrinter> printer_ HH_PT_GUARDED_BY(mutex_);
-    std::vector<Kept> events_ HH_GUARDED_BY(mutex_);
+    std::unique_ptr<TimelinePrinter> printer_ BQL_PT_GUARDED_BY(mutex_);
+    std::vector<Kept> events_ BQL_GUARDED_BY(mutex_);
 };
 
 }  // namespace colloqsim
