@@ -1,5 +1,7 @@
 #include "HubModeFixture.h"
 
+#include <sys/stat.h>
+
 #include <cstdlib>
 #include <thread>
 
@@ -57,6 +59,16 @@ void HubModeEndToEnd::startInHubMode() {
 }
 
 void HubModeEndToEnd::waitUntilProxyServes() {
+    // The hub's reports are lost while the plug-in does not listen: a pipe closed by an earlier
+    // uninitialize in this process listens again only once a hub check has found the hub.
+    const std::string port = folder + "/ports/com.bqlhub.colloq";
+    ASSERT_TRUE(waitUntil(
+        [&port] {
+            struct stat file {};
+            return ::lstat(port.c_str(), &file) == 0;
+        },
+        kWait + kHubCheckInterval))
+        << "the plug-in does not listen for the hub";
     for (;;) {
         const int checksBefore = hubChecks();
         const uint64_t mark = clientMark();
