@@ -3,15 +3,13 @@
 #include "handlers/BQLColloqVexil.h"
 
 #include <string>
-#include <vector>
 
-#include "bqlutil/Converter.h"
 #include "bqlutil/LogWriter.h"
+#include "handlers/VexilDeviceWalk.h"
 #include "platform/RunOnce.h"
 
 namespace {
 
-constexpr int32_t kDevicePathChars = 260;
 constexpr int32_t kRefreshBeforeDeviceRead = 1;
 
 void logConnectError(const char* stem, int32_t status) {
@@ -255,9 +253,6 @@ int BQLColloqVexil::getVexilActiveDevicePath(std::string* path) {
     if (activeDevice == nullptr) {
         return -1;
     }
-    std::vector<wchar_t> buffer(kDevicePathChars, L'\0');
-    activeDevice->getDevicePath(buffer.data(), kDevicePathChars);
-    buffer.back() = L'\0';
-    *path = Converter::ConvertToString(std::wstring(buffer.data()));
+    *path = vexilwalk::readNarrow(*activeDevice, vexilwalk::DeviceText::Path);
     return 0;
 }
