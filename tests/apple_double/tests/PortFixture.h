@@ -45,6 +45,9 @@ public:
             threadId_ = std::this_thread::get_id();
             started.set_value(CFRunLoopGetCurrent());
             CFRunLoopRun();
+            // The run also ends on its own when the only port is invalidated; the thread, and
+            // with it its run loop, stays until Stop has stopped that loop.
+            stopped_.get_future().wait();
         });
         loop_ = loop.get();
     }
@@ -58,6 +61,7 @@ public:
         if (loop_ != nullptr) {
             CFRunLoopStop(loop_);
             loop_ = nullptr;
+            stopped_.set_value();
         }
         if (thread_.joinable()) {
             thread_.join();
@@ -87,6 +91,7 @@ private:
     CFMessagePortRef port_ = nullptr;
     CFRunLoopSourceRef source_ = nullptr;
     CFRunLoopRef loop_ = nullptr;
+    std::promise<void> stopped_;
     std::thread::id threadId_;
     std::thread thread_;
 };
