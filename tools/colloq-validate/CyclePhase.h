@@ -1,0 +1,25 @@
+// Phase 1: the library loaded once, then initialize/uninitialize again and again. Besides the
+// checks of every cycle, resident memory after the last cycle may not exceed that after the
+// 50th by more than the slack.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "PhaseReport.h"
+
+namespace colloqvalidate {
+
+struct CyclePhaseSettings {
+    std::string pluginPath;
+    int cycles = 200;
+    std::chrono::milliseconds uninitializeLimit{3000};
+    int64_t rssSlackKib = 1024;
+};
+
+// The cycle after which the memory baseline is taken.
+constexpr int kMemoryBaselineCycle = 50;
+
+PhaseReport runCyclePhase(const CyclePhaseSettings& settings);
+
+}  // namespace colloqvalidate
