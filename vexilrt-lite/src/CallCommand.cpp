@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "CommandObserver.h"
 #include "Guarded.h"
 #include "Runtime.h"
 #include "WideText.h"
@@ -81,6 +82,7 @@ int32_t CallCommand::execute(const char* faultName, VexilCtlCommand entry, ICall
             apply(entry);
         }
         runtime_.commands().append(entry);
+        CommandObserver::instance().notify(entry);
         return entry.status;
     });
 }
