@@ -1,0 +1,86 @@
+// The real plug-in as the client runs it, set up for timing: the test host loads
+// libBQLColloqPlugin.so, the substitute runtime supplies one headset, and two hooks stamp the
+// moments that end a path: the runtime's command observer (a call command taken) and the host's
+// journal listener (a call-control operation, a line of the client's log). Both run on the
+// plug-in's thread at the moment of the call and only post a stamp.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "Mailbox.h"
+#include "bqlcommon/Mutex.h"
+#include "hostharness/CallbackSlot.h"
+#include "hostharness/PluginLibrary.h"
+#include "hostharness/RecordedCall.h"
+#include "vexilctl/VexilControl.h"
+
+namespace bench {
+
+constexpr auto kWaitLimit = std::chrono::seconds(10);
+
+// The client's call states the benchmark reports.
+constexpr int32_t kClientRinging = 7;
+constexpr int32_t kClientConnected = 9;
+
+class PluginSession {
+public:
+    explicit PluginSession(std::string pluginPath);
+    ~PluginSession();
+    PluginSession(const PluginSession&) = delete;
+    PluginSession& operator=(const PluginSession&) = delete;
+
+    // Private log and port folders, a pristine runtime and client, one headset plugged in, the
+    // library loaded and both hooks installed. False with error() set otherwise.
+    bool prepare();
+    // initialize, then waits until the plug-in reports that it reached the runtime. Returns the
+    // stamps of the call and of that report.
+    bool initialize(int64_t* calledNs = nullptr, int64_t* connectedNs = nullptr);
+    // initialize without waiting for anything (in hub mode the proxy may serve from the start).
+    bool initializeOnly();
+    bool uninitialize();
+    // The client makes the headset its audio device, which activates the plug-in.
+    bool chooseHeadset();
+    // The client switches to its built-in speaker, a device of no headset.
+    bool chooseOtherDevice();
+    // The client fires a call callback on this thread.
+    bool fire(hostharness::CallbackSlot slot, int32_t callId, int32_t clientState);
+    bool pressAccept(int32_t callId);
+
+    // The stamp of the runtime's next command of this kind for this call.
+    std::optional<int64_t> awaitCommand(int32_t command, int32_t callId);
+    // The stamp of the client's next answerCall.
+    std::optional<int64_t> awaitAnswer();
+    // Waits until `count` terminate commands have reached the runtime since the last reset.
+    bool awaitTerminates(int64_t count, std::chrono::milliseconds timeout);
+    void resetTerminates();
+    // Drops the journal's entries, so a long run does not grow the host's memory.
+    void forgetJournal();
+
+    const std::string& folder() const { return folder_; }
+    const std::string& headsetPath() const { return headsetPath_; }
+    const std::string& error() const { return error_; }
+
+private:
+    bool chooseDevice(const char* clientId);
+    static void onCommand(const VexilCtlCommand* command, void* context);
+    void onClientCall(const hostharness::RecordedCall& call);
+
+    const std::string pluginPath_;
+    std::string folder_;
+    std::string headsetPath_;
+    std::string error_;
+    hostharness::PluginLibrary library_;
+    Mailbox commands_;
+    Mailbox answers_;
+    Mailbox connected_;
+    std::atomic<int64_t> terminates_{0};
+    bql::Mutex terminatesMutex_;
+    std::condition_variable terminatesWake_;
+};
+
+}  // namespace bench

@@ -1,0 +1,56 @@
+// The figures of one run, as the phases fill them in and the report prints them.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "LatencyRecorder.h"
+
+namespace bench {
+
+struct PathFigures {
+    std::string path;
+    std::string bound;
+    LatencySummary measured;
+    LatencySummary lowerBound;
+    std::string problem;  // non-empty: the figures are not valid
+};
+
+struct ThroughputFigures {
+    int producers = 0;
+    int64_t events = 0;
+    double acceptedPerSecond = 0;   // callbacks returned to the client threads
+    double sustainedPerSecond = 0;  // events through to the runtime
+    double barePerSecond = 0;       // the bare locked list with the same producers
+    std::string problem;
+};
+
+struct IdleFigures {
+    double windowSeconds = 0;
+    double selfSeconds = 0;
+    double childrenSeconds = 0;
+    std::map<std::string, double> threadSeconds;
+    std::string problem;
+    bool measured = false;
+};
+
+struct LifecycleFigures {
+    LatencySummary connect;
+    LatencySummary uninitialize;
+    std::string problem;
+    bool measured = false;
+};
+
+struct Results {
+    std::vector<PathFigures> paths;
+    std::vector<ThroughputFigures> throughput;
+    IdleFigures idle;
+    std::vector<std::pair<int64_t, int64_t>> memory;  // calls done, resident bytes
+    std::string memoryProblem;
+    LifecycleFigures lifecycle;
+};
+
+}  // namespace bench
