@@ -14,6 +14,16 @@ namespace {
 
 constexpr int32_t kRefreshBeforeDeviceRead = 1;
 
+// The client's name is matched as a pattern, and a name such as "(.*)*(.*)*(.*)*x" would make a
+// backtracking matcher run for ages on the client's thread. libstdc++ can match in time
+// polynomial in the name and the product name instead; names with back-references are then
+// refused like other invalid patterns. Other libraries match as they always do.
+#if defined(__GLIBCXX__)
+constexpr std::regex::flag_type kNamePatternSyntax = std::regex::ECMAScript | std::regex_constants::__polynomial;
+#else
+constexpr std::regex::flag_type kNamePatternSyntax = std::regex::ECMAScript;
+#endif
+
 }  // namespace
 
 ISessionManagerInt* BQLColloqVexil::internalSessionManager() {
@@ -73,7 +83,7 @@ std::string BQLColloqVexil::GetPathFromColloqId(const char* colloqId) {
     // valid pattern throws std::regex_error to the caller.
     const bool matched = vexilwalk::walkDevices(internalSessionManager(), [&](IDevice& device) {
         const std::string productName = vexilwalk::readNarrow(device, DeviceText::ProductName);
-        if (!std::regex_match(productName, std::regex(name))) {
+        if (!std::regex_match(productName, std::regex(name, kNamePatternSyntax))) {
             return false;
         }
         path = vexilwalk::readNarrow(device, DeviceText::Path);
