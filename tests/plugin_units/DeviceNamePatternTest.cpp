@@ -1,6 +1,7 @@
 // The name in a client's device identifier is matched as a pattern against the runtime's
 // product names. Whatever the client sends, the lookup must come back: a name built to make a
-// backtracking matcher run for ages is matched like any other.
+// backtracking matcher run for ages is matched like any other, and a count or back-reference
+// too long for any pattern is refused like other invalid patterns.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -39,6 +40,29 @@ TEST_F(DeviceNamePattern, NameWithNestedRepetitionsStillMatchesAsAPattern) {
     const std::string path = plug(0x0c3d, "B2", "Model 5.1-X.2 Wireless", false);
     ASSERT_NO_FATAL_FAILURE(connect());
     EXPECT_EQ(handler().GetPathFromColloqId("AppleUSBAudioEngine:Brimquell:(Mo(d|e|l)*)*.*5(.*)*Wireless"), path);
+}
+
+TEST_F(DeviceNamePattern, NameWithAnOverlongBackReferenceIsRefusedAsAPattern) {
+    plug(0x1a2b, "A1", "Model 5", false);
+    ASSERT_NO_FATAL_FAILURE(connect());
+    EXPECT_THROW(handler().GetPathFromColloqId("AppleUSBAudioEngine:Brimquell:(Model 5)\\12345678901234567890123"),
+                 std::regex_error);
+}
+
+TEST_F(DeviceNamePattern, NameWithAnOverlongRepetitionCountIsRefusedAsAPattern) {
+    plug(0x1a2b, "A1", "Model 5", false);
+    ASSERT_NO_FATAL_FAILURE(connect());
+    EXPECT_THROW(handler().GetPathFromColloqId("AppleUSBAudioEngine:Brimquell:Model 5{0,12345678901234567890123}"),
+                 std::regex_error);
+    EXPECT_THROW(handler().GetPathFromColloqId("AppleUSBAudioEngine:Brimquell:Model 5{12345678901234567890123}"),
+                 std::regex_error);
+}
+
+TEST_F(DeviceNamePattern, NameWithAnEscapedBraceBeforeALongNumberIsMatchedLiterally) {
+    const std::string path = plug(0x1a2b, "A1", "Model {12345678901234567890123}", false);
+    ASSERT_NO_FATAL_FAILURE(connect());
+    EXPECT_EQ(handler().GetPathFromColloqId("AppleUSBAudioEngine:Brimquell:Model \\{12345678901234567890123\\}"),
+              path);
 }
 
 }  // namespace
