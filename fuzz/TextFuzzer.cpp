@@ -1,6 +1,7 @@
 // Arbitrary texts through the plug-in's splitting of versions and identifiers (Tokenize,
-// TokenizeVersion), the utility library's device-path parser and its text conversions. The
-// first byte chooses how many of the following bytes are delimiters; the rest is the text.
+// TokenizeVersion), the utility library's device-path parser and its text conversions, and the
+// hub handler's reading of a product id. The first byte chooses how many of the following
+// bytes are delimiters; the rest is the text.
 // Properties that hold for every input are checked, not just the absence of crashes.
 #include <algorithm>
 #include <cstddef>
@@ -14,6 +15,7 @@
 
 #include "bqlutil/Converter.h"
 #include "bqlutil/DeviceIds.h"
+#include "hubproxy/DevicePid.h"
 #include "plugin/Tokenize.h"
 
 namespace {
@@ -98,6 +100,13 @@ void checkDevicePath(const std::wstring& path) {
     (void)Brimquell::get_vid_pid_from_device_path(path, nullptr, nullptr);
 }
 
+// The product id the hub handler reads out of a client device identifier.
+void checkPidText(const std::string& text) {
+    const std::string pid = hidal_get_pid(text);
+    check(pid.find_first_not_of("0123456789abcdef") == std::string::npos, "a product id holds a non-digit");
+    check(pid.empty() || text.find("pid_" + pid) != std::string::npos, "a product id is not in the text");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
@@ -112,5 +121,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     checkTokenizeVersion(text);
     checkConversions(text, data, size);
     checkDevicePath(Converter::ConvertToWString(text));
+    checkPidText(text);
     return 0;
 }
