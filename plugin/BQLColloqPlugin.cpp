@@ -8,6 +8,7 @@
 #include "hubproxy/BQLColloqVexilProxy.h"
 #include "platform/HubPresence.h"
 #include "platform/MainQueue.h"
+#include "platform/ThreadName.h"
 #include "plugin/ReconnectGate.h"
 
 std::atomic<BQLColloqPlugin*> BQLColloqPlugin::pInstance{nullptr};
@@ -49,6 +50,7 @@ int BQLColloqPlugin::Start(accessoryAPIEntryPoint_t entry) {
 
 void BQLColloqPlugin::CheckForVexilInstance(std::shared_ptr<BQLHandlerSelector> activeSelector,
                                             accessoryAPIEntryPoint_t /*entry*/) {
+    platform::nameCurrentThread("bql-startup");
     if (!running.load()) {
         return;
     }

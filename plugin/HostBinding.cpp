@@ -51,7 +51,11 @@ int BQLColloqPlugin::initializeColloqPoints(accessoryAPIEntryPoint_t entry) {
     if (registerCallbacks() == -1) {
         return -1;
     }
-    workerThread = std::make_shared<boost::thread>(&BQLColloqPlugin::pluginThread, this);
+    // A second Start without Stop binds again but keeps the worker it started: a second one
+    // would race the first for events and leave one of them waiting for a stop that never comes.
+    if (!workerThread || !workerThread->joinable()) {
+        workerThread = std::make_shared<boost::thread>(&BQLColloqPlugin::pluginThread, this);
+    }
     WriteLog(ACCESSORY_LOG_MILESTONE, "Connected to Colloq successfully");
 
     if (selector->connectToVexil(&eventQueue) != 0) {

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "PluginEndToEnd.h"
 
 namespace e2e {
@@ -55,6 +57,18 @@ TEST_F(ActiveDevice, ClientChoosingAnotherHeadsetMakesItTheRuntimesActiveDevice)
     dial(second, "5550091");
     const RecordedCall call = expectClientCall(HostCall::MakeCall, second.path, mark);
     EXPECT_EQ(call.number, "5550091");
+}
+
+TEST_F(ActiveDevice, ClientChoosingTheSameHeadsetTwiceSetsItOnlyOnce) {
+    startWithHeadset(first);
+    const std::string chosen = "BQLColloqVexil::setActiveDevice set active device with PID 0c2d returns 0";
+
+    chooseClientDevice(clientDeviceId(second));
+    chooseClientDevice(clientDeviceId(second));
+
+    const auto lines = localLogMessages("DEBUG", "setActiveDevice");
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), chosen), 1);
+    EXPECT_EQ(runtimeActiveDevice(), second.path);
 }
 
 TEST_F(ActiveDevice, ClientOnAnotherVendorsDeviceFromTheStartLeavesTheHeadsetAloneAndEndsConnectedCallsOnIt) {

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "PluginEndToEnd.h"
 
 namespace e2e {
@@ -108,6 +110,37 @@ TEST_F(HeadsetArrival, LastHeadsetRemovedDropsTheCallsAndIgnoresTheClientsReport
     ASSERT_EQ(vexilctl_wait_idle(10000), VEXILCTL_OK);
     uninitializePlugin();
     EXPECT_TRUE(runtimeCommandsSince(commands).empty());
+}
+
+TEST_F(HeadsetArrival, LoadedCallsInStatesWithoutAnEventAreKeptAndShownOnlyToALaterHeadset) {
+    // State 2 has no event of its own; a state above 10 takes the event of the call before it.
+    ASSERT_EQ(client().responses().setCalls({CallDescription{54, 2, 0, "5550154", "Uma"},
+                                             CallDescription{56, clientstate::kRinging, 0, "5550156", "Vic"},
+                                             CallDescription{57, 12, 0, "5550157", "Wyn"}}),
+              HarnessStatus::Ok);
+    const Headset headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
+    const uint64_t mark = clientMark();
+    startWithHeadset(headset);
+    drainWorker();
+
+    // 56 rings; 57, whose state the plug-in reads as idle, is handled as incoming but not shown.
+    EXPECT_EQ(callIdsOf(runtimeCommands(), VEXILCTL_CMD_INCOMING_CALL), (std::vector<int32_t>{56}));
+    const std::string incomingCase = pluginLine("into pluginThread() case: INCOMING_CALL_EVENT");
+    const auto lines = clientCallsOf(HostCall::Log, mark);
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [&incomingCase](const RecordedCall& line) { return line.text == incomingCase; }),
+              2);
+    for (const VexilCtlCommand& command : runtimeCommands()) {
+        EXPECT_NE(command.callId, 54);
+        EXPECT_NE(command.callId, 57);
+    }
+
+    // All three are in the plug-in's call list: a second headset is told of each.
+    const std::size_t replayMark = runtimeMark();
+    plugHeadset(0x0c2d, "SN2", "Model 7.2");
+    ASSERT_EQ(vexilctl_wait_idle(10000), VEXILCTL_OK);
+    EXPECT_EQ(callIdsOf(runtimeCommandsSince(replayMark), VEXILCTL_CMD_INSERT_CALL),
+              (std::vector<int32_t>{54, 56, 57}));
 }
 
 }  // namespace

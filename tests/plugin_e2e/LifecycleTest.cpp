@@ -4,6 +4,8 @@
 
 #include <regex>
 
+#include "bqltest/ThreadNames.h"
+
 namespace e2e {
 namespace {
 
@@ -74,6 +76,37 @@ TEST_F(Lifecycle, InitializeAgainWorksInTheSameProcessThreeTimes) {
         EXPECT_FALSE(runtimeRunning());
         EXPECT_FALSE(client().callbacks().isRegistered());
     }
+}
+
+TEST_F(Lifecycle, SecondInitializeWithoutUninitializeKeepsOneWorkerAndOneUninitializeEndsEveryThread) {
+    const Headset headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
+    startWithHeadset(headset);
+    ASSERT_EQ(bqltest::threadsNamed("bql-worker"), 1);
+    // The harness refuses a second initialize; a client that sends one goes through the export.
+    void* library = dlopen(BQL_PLUGIN_PATH, RTLD_NOW | RTLD_NOLOAD);
+    ASSERT_NE(library, nullptr) << dlerror();
+    const auto initializeExport = reinterpret_cast<Accessory_PluginInitialize_t>(dlsym(library, "initialize"));
+    ASSERT_NE(initializeExport, nullptr) << dlerror();
+    EXPECT_EQ(initializeExport(client().entryPoint()), 0);
+    dlclose(library);
+
+    // The direct handler, still connected, cannot register a second session: it gives back
+    // everything it held.
+    allowErrors();
+    expectLocalLog("ERROR", "connectToVexil",
+                   "BQLColloqVexil: Failed to register Veltra Colloq session. Returned error code: 260");
+    EXPECT_EQ(runtimeSession().registered, 0);
+    EXPECT_FALSE(runtimeRunning());
+    // One worker still takes every event.
+    EXPECT_EQ(bqltest::threadsNamed("bql-worker"), 1);
+    const uint64_t mark = clientMark();
+    fireCall(CallbackSlot::OnIncoming, 91, clientstate::kRinging, "5550191", "Zed");
+    expectPluginLine(ACCESSORY_LOG_TRACE, "into pluginThread() case: INCOMING_CALL_EVENT", mark);
+
+    uninitializePlugin();
+    EXPECT_EQ(bqltest::threadsNamed("bql-worker"), 0);
+    EXPECT_EQ(bqltest::threadsNamed("bql-startup"), 0);
+    EXPECT_FALSE(client().callbacks().isRegistered());
 }
 
 TEST_F(Lifecycle, UninitializeWithoutInitializeReturnsZeroAndTouchesNothing) {
