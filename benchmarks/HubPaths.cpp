@@ -121,13 +121,13 @@ void runHubPaths(PluginSession& session, const Options& options, Results& result
             problem = oneHubCall(session, hub, kFirstId + static_cast<int32_t>(done + i), toHub, fromHub);
         }
         done += chunk;
-        session.forgetJournal();
+        session.forgetRecords();
     }
     receiver.stop();
     handoff.stop();
     session.uninitialize();
     hub.stop();
-    session.forgetJournal();
+    session.forgetRecords();
     results.paths.push_back(PathFigures{"plug-in -> hub record received by the hub process (onIncoming -> record)",
                                         "raw Unix datagram of 2196 bytes between two processes", toHub.summary(),
                                         raw.summary(), problem});

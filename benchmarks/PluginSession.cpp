@@ -82,12 +82,9 @@ void PluginSession::onCommand(const VexilCtlCommand* command, void* context) {
     const int64_t stamp = nowNs();
     auto* session = static_cast<PluginSession*>(context);
     session->commands_.post(commandKey(command->command, command->callId), stamp);
-    if (command->command == VEXILCTL_CMD_TERMINATE_CALL) {
-        {
-            bql::MutexLock lock(session->terminatesMutex_);
-            session->terminates_.fetch_add(1);
-        }
-        session->terminatesWake_.notify_all();
+    TerminateListener* listener = session->terminateListener_.load();
+    if (command->command == VEXILCTL_CMD_TERMINATE_CALL && listener != nullptr) {
+        listener->ended(command->callId);
     }
 }
 
@@ -162,19 +159,9 @@ std::optional<int64_t> PluginSession::awaitCommand(int32_t command, int32_t call
 
 std::optional<int64_t> PluginSession::awaitAnswer() { return answers_.take(0, kWaitLimit); }
 
-bool PluginSession::awaitTerminates(int64_t count, std::chrono::milliseconds timeout) {
-    const auto deadline = std::chrono::steady_clock::now() + timeout;
-    bql::MutexLock lock(terminatesMutex_);
-    while (terminates_.load() < count) {
-        if (!lock.waitUntil(terminatesWake_, deadline)) {
-            return terminates_.load() >= count;
-        }
-    }
-    return true;
+void PluginSession::forgetRecords() {
+    HostHarness::instance().journal().clear();
+    vexilctl_clear_commands();
 }
-
-void PluginSession::resetTerminates() { terminates_.store(0); }
-
-void PluginSession::forgetJournal() { HostHarness::instance().journal().clear(); }
 
 }  // namespace bench

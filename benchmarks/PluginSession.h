@@ -27,6 +27,14 @@ constexpr auto kWaitLimit = std::chrono::seconds(10);
 constexpr int32_t kClientRinging = 7;
 constexpr int32_t kClientConnected = 9;
 
+class TerminateListener {
+public:
+    virtual void ended(int32_t callId) = 0;
+
+protected:
+    ~TerminateListener() = default;
+};
+
 class PluginSession {
 public:
     explicit PluginSession(std::string pluginPath);
@@ -55,11 +63,12 @@ public:
     std::optional<int64_t> awaitCommand(int32_t command, int32_t callId);
     // The stamp of the client's next answerCall.
     std::optional<int64_t> awaitAnswer();
-    // Waits until `count` terminate commands have reached the runtime since the last reset.
-    bool awaitTerminates(int64_t count, std::chrono::milliseconds timeout);
-    void resetTerminates();
-    // Drops the journal's entries, so a long run does not grow the host's memory.
-    void forgetJournal();
+    // Told the call id of every terminate command the runtime takes, on the plug-in's thread;
+    // null to stop. The listener must outlive its use.
+    void setTerminateListener(TerminateListener* listener) { terminateListener_.store(listener); }
+    // Drops the host's journal and the runtime's command log, so that a long run measures the
+    // plug-in's memory, not theirs.
+    void forgetRecords();
 
     const std::string& folder() const { return folder_; }
     const std::string& headsetPath() const { return headsetPath_; }
@@ -78,9 +87,7 @@ private:
     Mailbox commands_;
     Mailbox answers_;
     Mailbox connected_;
-    std::atomic<int64_t> terminates_{0};
-    bql::Mutex terminatesMutex_;
-    std::condition_variable terminatesWake_;
+    std::atomic<TerminateListener*> terminateListener_{nullptr};
 };
 
 }  // namespace bench

@@ -22,7 +22,7 @@ struct PathFigures {
 struct ThroughputFigures {
     int producers = 0;
     int64_t events = 0;
-    double acceptedPerSecond = 0;   // callbacks returned to the client threads
+    int64_t window = 0;             // calls in flight at most, 0 for a burst without limit
     double sustainedPerSecond = 0;  // events through to the runtime
     double barePerSecond = 0;       // the bare locked list with the same producers
     std::string problem;
