@@ -1,5 +1,4 @@
 // Application-data folders on macOS.
-#ifdef __APPLE__
 
 #include <exception>
 #include <string>
@@ -45,5 +44,3 @@ BQLUTIL_EXPORT int getCommonAppDataDirectory(std::string& path) {
 
 }  // namespace PathUtils
 }  // namespace Brimquell
-
-#endif  // __APPLE__

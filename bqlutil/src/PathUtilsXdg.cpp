@@ -1,5 +1,4 @@
 // Application-data folders after the XDG base-directory conventions, used everywhere but macOS.
-#ifndef __APPLE__
 
 #include <cstdlib>
 #include <exception>
@@ -74,5 +73,3 @@ BQLUTIL_EXPORT int getCommonAppDataDirectory(std::string& path) {
 
 }  // namespace PathUtils
 }  // namespace Brimquell
-
-#endif  // !__APPLE__
