@@ -151,6 +151,10 @@ void deviceIds() {
     write(fuzzer, "empty-name", "AppleUSBAudioEngine:Brimquell:");
     write(fuzzer, "device-path", "hid/vid_2f0c&pid_ac27/FUZZ1");
     write(fuzzer, "with-second-text", std::string("AppleUSBAudioEngine:Brimquell:Voyage 60\0second", 46));
+    // Names that once stalled or broke the lookup: kept so that every run tries them again.
+    write(fuzzer, "nested-repetitions", "a:b:(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*X");
+    write(fuzzer, "overlong-back-reference", "x:y:(Model 5)\\12345678901234567890123");
+    write(fuzzer, "overlong-count", "x:y:Model 5{0,12345678901234567890123}");
 }
 
 void texts() {
