@@ -81,7 +81,7 @@ void BQLColloqPlugin::loadCalls() {
 
 void BQLColloqPlugin::removeCalls() {
     {
-        std::lock_guard<std::mutex> guard(knownCallIdsLock);
+        bql::MutexLock guard(knownCallIdsLock);
         knownCallIds.clear();
     }
     callQueue.Clear();

@@ -28,12 +28,12 @@ int onCallRecord(const char* function, CallRecord* call, Body&& body) {
 }  // namespace
 
 bool BQLColloqPlugin::trackCallId(int id) {
-    std::lock_guard<std::mutex> guard(knownCallIdsLock);
+    bql::MutexLock guard(knownCallIdsLock);
     return knownCallIds.insert(id).second;
 }
 
 void BQLColloqPlugin::forgetCallId(int id) {
-    std::lock_guard<std::mutex> guard(knownCallIdsLock);
+    bql::MutexLock guard(knownCallIdsLock);
     knownCallIds.erase(id);
 }
 

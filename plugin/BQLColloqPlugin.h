@@ -5,7 +5,6 @@
 #include <atomic>
 #include <list>
 #include <memory>
-#include <mutex>
 #include <set>
 #include <string>
 #include <vector>
@@ -18,6 +17,7 @@
 
 #include "calls/BQLColloqCall.h"
 #include "calls/BQLColloqEvent.h"
+#include "bqlcommon/Mutex.h"
 #include "calls/safeQueue.h"
 #include "colloq/AccessoryAPI.h"
 #include "handlers/BQLHandlerSelector.h"
@@ -149,10 +149,9 @@ private:
     void forgetCallId(int id);
     void queueEvent(BQLColloqEventType type, int callId);
 
-    // Ids of the calls in the call list; guarded by knownCallIdsLock so concurrent client
-    // threads and the worker never race on it.
-    std::set<int> knownCallIds;
-    std::mutex knownCallIdsLock;
+    // Ids of the calls in the call list: concurrent client threads and the worker never race on it.
+    bql::Mutex knownCallIdsLock;
+    std::set<int> knownCallIds BQL_GUARDED_BY(knownCallIdsLock);
     std::atomic<Accessory_CallControlAPI_v1_0_t*> callControlAPI{nullptr};
     std::atomic<Accessory_LoggerAPI_v1_0_t*> loggerAPI{nullptr};
     std::atomic<ACCLogger_t*> loggerHandle{nullptr};
