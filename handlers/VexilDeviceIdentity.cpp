@@ -1,6 +1,4 @@
 // The direct handler's device lookups, all by walking the runtime's device list.
-#include <cctype>
-#include <cstddef>
 #include <regex>
 #include <string>
 
@@ -8,6 +6,7 @@
 #include "bqlutil/LogWriter.h"
 #include "handlers/BQLColloqVexil.h"
 #include "handlers/DeviceIdentity.h"
+#include "handlers/DeviceNamePattern.h"
 #include "handlers/VexilDeviceWalk.h"
 
 using vexilwalk::DeviceText;
@@ -15,60 +14,6 @@ using vexilwalk::DeviceText;
 namespace {
 
 constexpr int32_t kRefreshBeforeDeviceRead = 1;
-
-// The client's name is matched as a pattern, and a name such as "(.*)*(.*)*(.*)*x" would make a
-// backtracking matcher run for ages on the client's thread. libstdc++ can match in time
-// polynomial in the name and the product name instead; names with back-references are then
-// refused like other invalid patterns. Other libraries match as they always do.
-#if defined(__GLIBCXX__)
-constexpr std::regex::flag_type kNamePatternSyntax = std::regex::ECMAScript | std::regex_constants::__polynomial;
-#else
-constexpr std::regex::flag_type kNamePatternSyntax = std::regex::ECMAScript;
-#endif
-
-// libstdc++ reads the digits of a repetition count or a back-reference without a bound, and a
-// long run overflows inside the library. A count or reference of this many digits never makes a
-// usable pattern (too many states, or no such group), so such names are refused before it reads
-// them. A "{" inside a bracket expression is taken for a count too: no device name holds one.
-constexpr std::size_t kMaximumCountDigits = 9;
-
-std::size_t digitsAt(const std::string& text, std::size_t at) {
-    std::size_t digits = 0;
-    while (at + digits < text.size() && std::isdigit(static_cast<unsigned char>(text[at + digits])) != 0) {
-        ++digits;
-    }
-    return digits;
-}
-
-bool hasOverlongCount(const std::string& name) {
-    bool inCount = false;
-    for (std::size_t at = 0; at < name.size(); ++at) {
-        const char c = name[at];
-        if (c == '\\') {
-            if (digitsAt(name, at + 1) > kMaximumCountDigits) {
-                return true;
-            }
-            ++at;  // the escaped character is taken literally
-            continue;
-        }
-        if (c == '{') {
-            inCount = true;
-        } else if (c == '}') {
-            inCount = false;
-        }
-        if (inCount && (c == '{' || c == ',') && digitsAt(name, at + 1) > kMaximumCountDigits) {
-            return true;
-        }
-    }
-    return false;
-}
-
-std::regex namePattern(const std::string& name) {
-    if (hasOverlongCount(name)) {
-        throw std::regex_error(std::regex_constants::error_badbrace);
-    }
-    return std::regex(name, kNamePatternSyntax);
-}
 
 }  // namespace
 
@@ -129,7 +74,7 @@ std::string BQLColloqVexil::GetPathFromColloqId(const char* colloqId) {
     // valid pattern throws std::regex_error to the caller.
     const bool matched = vexilwalk::walkDevices(internalSessionManager(), [&](IDevice& device) {
         const std::string productName = vexilwalk::readNarrow(device, DeviceText::ProductName);
-        if (!std::regex_match(productName, namePattern(name))) {
+        if (!std::regex_match(productName, deviceNamePattern(name))) {
             return false;
         }
         path = vexilwalk::readNarrow(device, DeviceText::Path);
