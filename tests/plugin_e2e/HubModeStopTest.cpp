@@ -1,7 +1,9 @@
 // The hub going away: the plug-in reconnects once and the runtime carries the calls again.
+#include <cstdlib>
 #include <sstream>
 
 #include "HubModeFixture.h"
+#include "platform/HubPresence.h"
 
 namespace e2e {
 namespace {
@@ -31,7 +33,8 @@ TEST_F(HubModeStop, HubStoppingReconnectsOnceAndTheDirectHandlerServesAgain) {
 
     // A reconnect drops the runtime session and registers a new one, under the next plug-in id.
     ASSERT_TRUE(waitUntil([&] { return runtimePluginId() == firstSession + 1; }, kWait))
-        << "no reconnect after the hub stopped; plug-in id " << runtimePluginId();
+        << "no reconnect after the hub stopped; plug-in id " << runtimePluginId()
+        << (std::system(platform::kHubProcessCheckCommand) == 0 ? "; another run's hub is running on this machine" : "");
     const int checksAtReconnect = hubChecks();
     ASSERT_TRUE(waitForHubChecks(checksAtReconnect + 2)) << "the hub checks stopped";
     EXPECT_EQ(runtimePluginId(), firstSession + 1) << "a later check reconnected again";
