@@ -61,7 +61,8 @@ void runDirectCalls(PluginSession& session, const Options& options, Results& res
     LatencyRecorder twoHandoffs(events);
     HandoffChain single("bench-hand1-", 1, oneHandoff);
     HandoffChain twice("bench-hand2-", 2, twoHandoffs);
-    std::string problem = describeForeignHubs();
+    const std::string hubsBefore = describeForeignHubs();
+    std::string problem = hubsBefore;
     if (problem.empty() && (!single.start() || !twice.start())) {
         problem = "a handoff thread could not be started";
     }
@@ -90,10 +91,9 @@ void runDirectCalls(PluginSession& session, const Options& options, Results& res
     }
     single.stop();
     twice.stop();
-    if (problem.empty()) {
-        problem = describeForeignHubs();
-    } else if (const std::string hubs = describeForeignHubs(); !hubs.empty()) {
-        problem += "; " + hubs;
+    // A hub that came up during the run may explain a wait that ran out, or figures that mix modes.
+    if (const std::string hubsAfter = describeForeignHubs(); hubsBefore.empty() && !hubsAfter.empty()) {
+        problem = problem.empty() ? hubsAfter : problem + "; " + hubsAfter;
     }
     results.memoryProblem = problem;
     results.paths.push_back(PathFigures{"client callback -> headset command (onIncoming -> incomingCall)",
