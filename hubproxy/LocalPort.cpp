@@ -1,5 +1,9 @@
 #include "hubproxy/LocalPort.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <exception>
 
 #include "bqlutil/LogWriter.h"
@@ -51,6 +55,12 @@ bool LocalPort::Bind(const std::string& portPath) {
         if (error == boost::asio::error::address_in_use && bql::platform::ReclaimPortFile(portPath)) {
             socket.bind(datagram_protocol::endpoint(portPath), error);
         }
+    }
+    // The socket file gets its mode from the umask; only the owner may send to it, also once the
+    // folder around it has been opened to others after it was checked.
+    if (!error && ::chmod(portPath.c_str(), S_IRUSR | S_IWUSR) != 0) {
+        error = boost::system::error_code(errno, boost::system::generic_category());
+        ::unlink(portPath.c_str());
     }
     const std::optional<bql::platform::PortFileIdentity> bound =
         error ? std::nullopt : bql::platform::IdentifyPortFile(portPath);

@@ -67,6 +67,25 @@ TEST_F(PipeStranger, RecordFromAProcessOfAnotherUserNeverReachesThePlugin) {
     expectClientCall(HostCall::AnswerCall, headset.path, mark);
 }
 
+TEST_F(PipeStranger, PortFolderOpenedToOthersWhileListeningStillKeepsAnotherUserOut) {
+    REQUIRE_ROOT();
+    ASSERT_NO_FATAL_FAILURE(openTheTestFolder());
+    // A client started with an open umask would leave its port open to everybody.
+    const mode_t savedMask = ::umask(0);
+    startInHubMode();
+    ::umask(savedMask);
+    ASSERT_FALSE(HasFatalFailure());
+    ringCall();
+    expectReceivedMatching("incoming call", callRecord(hubcode::kIncoming, kCall));
+    ASSERT_EQ(::chmod(ports().c_str(), 0777), 0);
+    const uint64_t mark = clientMark();
+
+    EXPECT_NE(sendBlockAsUser(kNobody, kNoGroup, pluginPort(), acceptRecord()), 0);
+    drainHub();
+    EXPECT_TRUE(clientCallsOf(HostCall::AnswerCall, mark).empty()) << "another user's record was delivered";
+    ASSERT_EQ(::chmod(ports().c_str(), 0700), 0);
+}
+
 TEST_F(PipeStranger, PortFolderOpenToOthersIsRefusedSoNothingIsReceivedOrSent) {
     allowErrors();
     // No hub can run in such a folder; a stand-in ps makes the plug-in believe one does.
