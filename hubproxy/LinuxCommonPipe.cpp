@@ -2,6 +2,11 @@
 
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 
 #include <exception>
 #include <optional>
@@ -16,8 +21,6 @@
 
 namespace {
 
-using boost::asio::local::datagram_protocol;
-
 constexpr const char* kReceiverThreadName = "bql-pipe-rx";
 
 }  // namespace
@@ -28,10 +31,13 @@ LinuxCommonPipe::LinuxCommonPipe(std::string local, std::string remote, std::fun
       remoteName(std::move(remote)),
       timeout(seconds),
       onConnected(std::move(connected)),
-      onReceive(std::move(received)),
-      sendContext(std::make_unique<boost::asio::io_context>()) {}
+      onReceive(std::move(received)) {}
 
-LinuxCommonPipe::~LinuxCommonPipe() { LinuxCommonPipe::StopPipe(); }
+LinuxCommonPipe::~LinuxCommonPipe() {
+    LinuxCommonPipe::StopPipe();
+    bql::MutexLock guard(sendLock);
+    CloseSendSocket();
+}
 
 void LinuxCommonPipe::StartPipe() {
     StopPipe();
@@ -94,35 +100,62 @@ void LinuxCommonPipe::Send(unsigned char* data, int length) {
     if (length < 0 || (data == nullptr && length > 0)) {
         return;
     }
+    bql::MutexLock guard(sendLock);
+    if (sendSocket >= 0 && SendOnSocket(data, length)) {
+        return;
+    }
+    // No socket yet, or its port's owner went away (a hub that restarted owns a new socket under
+    // the same name): connect afresh, once.
+    CloseSendSocket();
+    if (ConnectSendSocket() && !SendOnSocket(data, length)) {
+        CloseSendSocket();
+    }
+}
+
+bool LinuxCommonPipe::ConnectSendSocket() {
     const std::optional<std::string> directory = bql::platform::OpenPortDirectory();
     if (!directory) {
-        return;
+        return false;
     }
     const std::optional<std::string> path = bql::platform::PortFilePath(*directory, remoteName);
     if (!path) {
-        return;
+        return false;
     }
-    datagram_protocol::socket socket(*sendContext);
-    boost::system::error_code error;
-    socket.open(datagram_protocol(), error);
-    if (error) {
-        return;
+    const int fd = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (fd < 0) {
+        return false;
     }
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path, path->c_str(), path->size() + 1);
     // Connecting finds out at once whether anybody has the remote port.
-    socket.connect(datagram_protocol::endpoint(*path), error);
-    if (error) {
-        return;
+    if (::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        ::close(fd);
+        return false;
     }
-    int flags = MSG_NOSIGNAL;
     if (timeout > 0) {
         const timeval limit{timeout, 0};
-        ::setsockopt(socket.native_handle(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
-    } else {
-        flags |= MSG_DONTWAIT;
+        ::setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     }
-    // A plain blocking send honours SO_SNDTIMEO; Asio's own send would wait again, without limit,
-    // after the time-out. The result is ignored: the pipe's sends are fire-and-forget.
-    (void)::send(socket.native_handle(), data, static_cast<std::size_t>(length), flags);
+    sendSocket = fd;
+    return true;
+}
+
+bool LinuxCommonPipe::SendOnSocket(const unsigned char* data, int length) {
+    const int flags = timeout > 0 ? MSG_NOSIGNAL : MSG_NOSIGNAL | MSG_DONTWAIT;
+    // A blocking send honours SO_SNDTIMEO. Other failures (a full receiver after the time-out) drop
+    // the block: the pipe's sends are fire-and-forget.
+    if (::send(sendSocket, data, static_cast<std::size_t>(length), flags) >= 0) {
+        return true;
+    }
+    return errno != ECONNREFUSED && errno != ENOTCONN && errno != EPIPE && errno != ECONNRESET;
+}
+
+void LinuxCommonPipe::CloseSendSocket() {
+    if (sendSocket >= 0) {
+        ::close(sendSocket);
+        sendSocket = -1;
+    }
 }
 
 void LinuxCommonPipe::Receive() {}

@@ -30,7 +30,8 @@ public:
     // port's file is gone when it returns. Must not be called from inside onReceive.
     void StopPipe() override;
     // Sends one datagram to the remote port and returns; dropped silently when nobody has the port,
-    // waits at most `timeout` seconds for room at a full receiver.
+    // waits at most `timeout` seconds for room at a full receiver. The socket connected to the
+    // remote port is kept for the next send while the port's owner lives.
     void Send(unsigned char* data, int length) override;
     void Receive() override;
     // Whether the receiving thread serves the local port: false when stopped or when the last
@@ -45,6 +46,12 @@ protected:
 
 private:
     void StartInThread(std::promise<void> started);
+    // Opens a socket connected to the remote port in the checked port directory; false when the
+    // directory is refused or nobody has the port.
+    bool ConnectSendSocket() BQL_REQUIRES(sendLock);
+    // False only when the remote port's owner has gone (the socket is then of no more use).
+    bool SendOnSocket(const unsigned char* data, int length) BQL_REQUIRES(sendLock);
+    void CloseSendSocket() BQL_REQUIRES(sendLock);
 
     const std::string localName;
     const std::string remoteName;
@@ -52,8 +59,11 @@ private:
     // Stored but never called: this transport has no "connected" moment.
     const std::function<void()> onConnected;
     const std::function<int(unsigned char*, int)> onReceive;
-    // Owns the sockets of sends; never run, since sends complete on the caller's thread.
-    const std::unique_ptr<boost::asio::io_context> sendContext;
+
+    // Sends run on the callers' threads, one at a time: a send costs one system call while the
+    // connected socket serves, instead of a directory check, a new socket and a connect each time.
+    bql::Mutex sendLock;
+    int sendSocket BQL_GUARDED_BY(sendLock) = -1;
 
     bql::Mutex lock;
     std::thread runThread BQL_GUARDED_BY(lock);
