@@ -19,6 +19,14 @@ struct RecordScope {
     std::vector<HostCall> operations;  // what the client is asked, in order
 };
 
+std::string names(const std::vector<HostCall>& operations) {
+    std::string text;
+    for (const HostCall call : operations) {
+        text += std::string(text.empty() ? "" : ", ") + hostharness::hostCallName(call);
+    }
+    return "[" + text + "]";
+}
+
 class HubRecordScope : public HubModeEndToEnd {
 protected:
     void SetUp() override {
@@ -83,19 +91,21 @@ protected:
         expectPluginLine(ACCESSORY_LOG_MILESTONE, kFakeDevice, mark);
         return operationsSince(mark);
     }
+
+    std::vector<RecordScope> scopeTable() const;
+
+    void expectEachRecordInScope() {
+        for (const RecordScope& row : scopeTable()) {
+            SCOPED_TRACE(row.what);
+            const std::vector<HostCall> asked = operationsCausedBy(row.block);
+            EXPECT_EQ(names(asked), names(row.operations));
+        }
+    }
 };
 
-std::string names(const std::vector<HostCall>& operations) {
-    std::string text;
-    for (const HostCall call : operations) {
-        text += std::string(text.empty() ? "" : ", ") + hostharness::hostCallName(call);
-    }
-    return "[" + text + "]";
-}
-
-TEST_F(HubRecordScope, EachRecordAsksTheClientForExactlyWhatItsFieldsSay) {
+std::vector<RecordScope> HubRecordScope::scopeTable() const {
     using H = HostCall;
-    const std::vector<RecordScope> table = {
+    return {
         {"code 0", event(0), {}},
         {"device selected (1), already the client's device", event(1), {H::MakeCall}},
         {"foreground (2)", event(2), {H::MakeCall}},
@@ -137,11 +147,26 @@ TEST_F(HubRecordScope, EachRecordAsksTheClientForExactlyWhatItsFieldsSay) {
         {"empty block", {}, {}},
         {"four bytes", resized(6, 4), {}},
     };
-    for (const RecordScope& row : table) {
-        SCOPED_TRACE(row.what);
-        const std::vector<HostCall> asked = operationsCausedBy(row.block);
-        EXPECT_EQ(names(asked), names(row.operations));
+}
+
+TEST_F(HubRecordScope, EachRecordAsksTheClientForExactlyWhatItsFieldsSay) { expectEachRecordInScope(); }
+
+TEST_F(HubRecordScope, ClientFailingEveryOperationIsAskedTheSameAndTheCallStillReachesTheHub) {
+    for (const HostCall operation :
+         {HostCall::MakeCall, HostCall::AnswerCall, HostCall::EndCall, HostCall::SendDtmf, HostCall::MuteCall,
+          HostCall::UnmuteCall, HostCall::HoldCall, HostCall::ResumeCall, HostCall::ActiveDeviceChanged,
+          HostCall::ReleaseActiveDevice, HostCall::RejectCall}) {
+        ASSERT_EQ(client().responses().setResult(operation, -1), hostharness::HarnessStatus::Ok);
     }
+    const uint64_t mark = clientMark();
+
+    expectEachRecordInScope();
+
+    expectPluginLine(ACCESSORY_LOG_TRACE, "CALL_STATE_TERMINATE_CALL: m_gAccessoryProviderAPIs->endCall returns %d",
+                     mark);
+    // The first call waits for the client to end it; the next one reaches the hub.
+    fireCall(CallbackSlot::OnIncoming, kCall + 1, clientstate::kRinging, "5550142", "Bo");
+    expectReceivedMatching("incoming call", callRecord(hubcode::kIncoming, kCall + 1));
 }
 
 }  // namespace
