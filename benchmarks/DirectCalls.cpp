@@ -94,6 +94,8 @@ void runDirectCalls(PluginSession& session, const Options& options, Results& res
     // A hub that came up during the run may explain a wait that ran out, or figures that mix modes.
     if (const std::string hubsAfter = describeForeignHubs(); hubsBefore.empty() && !hubsAfter.empty()) {
         problem = problem.empty() ? hubsAfter : problem + "; " + hubsAfter;
+    } else if (!problem.empty() && hubsBefore.empty()) {
+        problem += " (a hub that came and went switches the plug-in for a while: --hide-other-hubs keeps it out)";
     }
     results.memoryProblem = problem;
     results.paths.push_back(PathFigures{"client callback -> headset command (onIncoming -> incomingCall)",

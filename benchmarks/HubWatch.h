@@ -12,7 +12,8 @@ namespace bench {
 
 // Every hub process on this machine except `own` (-1 for none).
 std::vector<pid_t> foreignHubs(pid_t own = -1);
-// "" when there is none, else a sentence naming them.
+// "" when there is none or they are hidden from the plug-in's check (HubIsolation), else a
+// sentence naming them.
 std::string describeForeignHubs(pid_t own = -1);
 
 }  // namespace bench

@@ -11,7 +11,7 @@ namespace {
 
 void printUsage(std::ostream& out) {
     out << "usage: bql-bench [--smoke] [--events N] [--throughput-events N] [--idle-seconds S]\n"
-           "                 [--lifecycle-runs N] [--phases LIST] [--json FILE]\n"
+           "                 [--lifecycle-runs N] [--phases LIST] [--json FILE] [--hide-other-hubs]\n"
            "                 [--plugin PATH] [--hub PATH]\n"
            "  --smoke               small counts (CI): 2000 events, 3 s idle window, 2 lifecycle runs\n"
            "  --events N            samples per latency path and calls for the memory figures (100000)\n"
@@ -19,7 +19,9 @@ void printUsage(std::ostream& out) {
            "  --idle-seconds S      idle CPU window (60)\n"
            "  --lifecycle-runs N    initialize/uninitialize rounds (20)\n"
            "  --phases LIST         comma-separated: lifecycle,idle,direct,throughput,hub (all)\n"
-           "  --json FILE           also write the figures as JSON\n";
+           "  --json FILE           also write the figures as JSON\n"
+           "  --hide-other-hubs     direct-mode phases: hide other hub processes on this machine from\n"
+           "                        the plug-in's hub check (a ps first on PATH that leaves them out)\n";
 }
 
 bool positive(const char* text, int64_t* value) {
@@ -42,6 +44,7 @@ bool parseOptions(int argc, char** argv, Options& options, bool* exitNow) {
                                          {"lifecycle-runs", required_argument, nullptr, 'l'},
                                          {"phases", required_argument, nullptr, 'p'},
                                          {"json", required_argument, nullptr, 'j'},
+                                         {"hide-other-hubs", no_argument, nullptr, 'x'},
                                          {"plugin", required_argument, nullptr, 'P'},
                                          {"hub", required_argument, nullptr, 'H'},
                                          {"help", no_argument, nullptr, 'h'},
@@ -99,6 +102,7 @@ bool parseOptions(int argc, char** argv, Options& options, bool* exitNow) {
             break;
         }
         case 'j': options.jsonPath = optarg; break;
+        case 'x': options.hideOtherHubs = true; break;
         case 'P': options.pluginPath = optarg; break;
         case 'H': options.hubPath = optarg; break;
         case 'h':

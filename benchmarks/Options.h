@@ -14,6 +14,7 @@ struct Options {
     double idleSeconds = 60;
     int lifecycleRuns = 20;
     std::set<std::string> phases{"lifecycle", "idle", "direct", "throughput", "hub"};
+    bool hideOtherHubs = false;       // direct-mode phases: the plug-in's hub check sees no hub
     std::string jsonPath;
     std::string pluginPath;
     std::string hubPath;

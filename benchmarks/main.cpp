@@ -2,6 +2,7 @@
 // runtime and a hub process, each beside the lower bound of the machinery it rides on.
 #include <iostream>
 
+#include "HubIsolation.h"
 #include "HubWatch.h"
 #include "Options.h"
 #include "Phases.h"
@@ -16,6 +17,11 @@ bool wants(const Options& options, const char* phase) { return options.phases.co
 
 // The phases that need the plug-in running in direct mode with the headset chosen.
 void runDirectPhases(bench::PluginSession& session, const Options& options, bench::Results& results) {
+    bench::HubIsolation isolation;
+    if (options.hideOtherHubs && !isolation.hideHubsFromChecks(session.folder())) {
+        std::cerr << "bql-bench: cannot hide other hubs from the plug-in's check\n";
+        return;
+    }
     if (!session.initialize() || !session.chooseHeadset()) {
         std::cerr << "bql-bench: the plug-in did not start: " << session.error() << "\n";
         return;
