@@ -23,7 +23,7 @@ constexpr int32_t kFirstId = 10'000'000;
 constexpr int64_t kCallsInFlight = 8;
 // The bursts: one client thread firing with no limit, short and ten times as long.
 constexpr int64_t kShortBurst = 2000;
-constexpr int64_t kLongBurst = 10000;
+constexpr int64_t kLongBurst = 20000;
 
 // Each producer rings and ends its own calls; every call is two events, and its end is the
 // runtime's terminate command, which the session counts. With a window, a producer waits before a
