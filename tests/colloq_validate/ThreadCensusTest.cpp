@@ -64,6 +64,14 @@ TEST(ThreadCensus, EndedThreadIsNotLeftOver) {
     EXPECT_EQ(result.vanished, std::vector<std::string>{"old"});
 }
 
+TEST(ThreadCensus, ThreadsOfTheHostsEnvironmentAreNotCounted) {
+    const ThreadComparison result =
+        compareThreads({"main"}, {"dispatch-main", "main", "worker"}, {"dispatch-main"});
+
+    EXPECT_EQ(result.leftOver, (std::vector<std::string>{"worker"}));
+    EXPECT_TRUE(result.vanished.empty());
+}
+
 TEST(ThreadCensus, NamesAreJoinedForTheReport) { EXPECT_EQ(joinNames({"a", "b"}), "a, b"); }
 
 }  // namespace

@@ -30,6 +30,13 @@ TEST(ValidateOptions, SizesSeedAndPathsAreRead) {
     EXPECT_FALSE(options.hub);
 }
 
+TEST(ValidateOptions, HostThreadsAreCollected) {
+    ValidateOptions options;
+    ASSERT_EQ(parseOptions({"--host-thread", "dispatch-main", "--host-thread", "ui"}, &options), "");
+    EXPECT_EQ(options.hostThreads, (std::vector<std::string>{"dispatch-main", "ui"}));
+    EXPECT_NE(parseOptions({"--host-thread", ""}, &options), "");
+}
+
 TEST(ValidateOptions, UnknownOptionIsRefusedByName) {
     ValidateOptions options;
     EXPECT_EQ(parseOptions({"--cylces", "3"}, &options), "unknown option --cylces");

@@ -37,7 +37,7 @@ PhaseReport runCyclePhase(const CyclePhaseSettings& settings) {
         report.failure = CheckFailure{"the plug-in loads", settings.pluginPath + ": " + plugin->lastError()};
         return report;
     }
-    PluginCycle cycle(settings.uninitializeLimit);
+    PluginCycle cycle(settings.limits);
     CycleFigures figures;
     int64_t rssBaseline = -1;
     int64_t rssLast = -1;

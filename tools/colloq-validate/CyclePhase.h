@@ -7,13 +7,14 @@
 #include <string>
 
 #include "PhaseReport.h"
+#include "PluginCycle.h"
 
 namespace colloqvalidate {
 
 struct CyclePhaseSettings {
     std::string pluginPath;
     int cycles = 200;
-    std::chrono::milliseconds uninitializeLimit{3000};
+    CycleLimits limits;
     int64_t rssSlackKib = 1024;
 };
 

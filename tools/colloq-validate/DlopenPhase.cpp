@@ -10,7 +10,7 @@ namespace colloqvalidate {
 PhaseReport runDlopenPhase(const DlopenPhaseSettings& settings) {
     PhaseReport report;
     report.phase = "dlopen";
-    PluginCycle cycle(settings.uninitializeLimit);
+    PluginCycle cycle(settings.limits);
     CycleFigures figures;
     for (int i = 0; i < settings.cycles && !report.failure; ++i) {
         auto plugin = std::make_unique<hostharness::PluginLibrary>();

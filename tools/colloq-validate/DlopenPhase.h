@@ -6,13 +6,14 @@
 #include <string>
 
 #include "PhaseReport.h"
+#include "PluginCycle.h"
 
 namespace colloqvalidate {
 
 struct DlopenPhaseSettings {
     std::string pluginPath;
     int cycles = 50;
-    std::chrono::milliseconds uninitializeLimit{3000};
+    CycleLimits limits;
 };
 
 PhaseReport runDlopenPhase(const DlopenPhaseSettings& settings);

@@ -18,12 +18,12 @@ constexpr auto kThreadSettlePoll = 2ms;
 
 }  // namespace
 
-ThreadComparison threadsSettledAgainst(const std::vector<std::string>& before, std::chrono::milliseconds settle,
-                                       std::vector<std::string>* after) {
+ThreadComparison threadsSettledAgainst(const std::vector<std::string>& before, const std::vector<std::string>& hostThreads,
+                                       std::chrono::milliseconds settle, std::vector<std::string>* after) {
     const auto deadline = std::chrono::steady_clock::now() + settle;
     for (;;) {
         *after = liveThreadNames();
-        ThreadComparison comparison = compareThreads(before, *after);
+        ThreadComparison comparison = compareThreads(before, *after, hostThreads);
         if (comparison.clean() || std::chrono::steady_clock::now() >= deadline) {
             return comparison;
         }
@@ -51,19 +51,19 @@ std::optional<CheckFailure> PluginCycle::finish(hostharness::PluginLibrary& plug
     if (figures->completed == 0) {
         figures->threadsBeforeFirst = threadsBefore.size();
     }
-    const UninitializeTiming timing = uninitializeWithin(plugin, limit_);
+    const UninitializeTiming timing = uninitializeWithin(plugin, limits_.uninitialize);
     if (!timing.started) {
         return CheckFailure{"uninitialize is called", "no thread could be started to call uninitialize"};
     }
     figures->maxUninitialize = std::max(figures->maxUninitialize, timing.elapsed);
     if (!timing.returned) {
         *hung = true;
-        return CheckFailure{"uninitialize returns within " + std::to_string(limit_.count()) + " ms",
+        return CheckFailure{"uninitialize returns within " + std::to_string(limits_.uninitialize.count()) + " ms",
                             "uninitialize had not returned after " + std::to_string(timing.elapsed.count()) +
                                 " ms (cycle " + std::to_string(figures->completed + 1) + ")"};
     }
     std::vector<std::string> after;
-    const ThreadComparison threads = threadsSettledAgainst(threadsBefore, kThreadSettleTime, &after);
+    const ThreadComparison threads = threadsSettledAgainst(threadsBefore, limits_.hostThreads, kThreadSettleTime, &after);
     figures->threadsAfterLast = after.size();
     figures->pipeReceiverStayed = figures->pipeReceiverStayed || threads.pipeReceiverStayed;
     if (!threads.clean()) {

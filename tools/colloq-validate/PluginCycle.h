@@ -6,6 +6,7 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "PhaseReport.h"
@@ -23,13 +24,21 @@ struct CycleFigures {
     bool pipeReceiverStayed = false;
 };
 
+// What every cycle holds the plug-in to.
+struct CycleLimits {
+    std::chrono::milliseconds uninitialize{3000};
+    // Threads of the host's environment that the plug-in's work may start and that outlive it by
+    // design (see compareThreads).
+    std::vector<std::string> hostThreads;
+};
+
 // Waits up to `settle` for threads that were joined to leave the system's list, then compares.
-ThreadComparison threadsSettledAgainst(const std::vector<std::string>& before, std::chrono::milliseconds settle,
-                                       std::vector<std::string>* after);
+ThreadComparison threadsSettledAgainst(const std::vector<std::string>& before, const std::vector<std::string>& hostThreads,
+                                       std::chrono::milliseconds settle, std::vector<std::string>* after);
 
 class PluginCycle {
 public:
-    explicit PluginCycle(std::chrono::milliseconds uninitializeLimit) : limit_(uninitializeLimit) {}
+    explicit PluginCycle(CycleLimits limits) : limits_(std::move(limits)) {}
 
     // Initializes plugin (loaded) against the harness's client, uninitializes it and checks.
     // `hung` is set when uninitialize never returned (the library must then be left alone).
@@ -41,7 +50,7 @@ public:
                                        CycleFigures* figures, bool* hung);
 
 private:
-    std::chrono::milliseconds limit_;
+    const CycleLimits limits_;
 };
 
 }  // namespace colloqvalidate

@@ -111,7 +111,7 @@ PhaseReport Storm::run() {
         report.failure = drain();
     }
     if (plugin_->isInitialized()) {
-        PluginCycle cycle(settings_.uninitializeLimit);
+        PluginCycle cycle(settings_.limits);
         std::optional<CheckFailure> stopped = cycle.finish(*plugin_, threadsBefore, &cycle_, &report.pluginHung);
         if (!report.failure) {
             report.failure = std::move(stopped);

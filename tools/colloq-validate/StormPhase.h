@@ -10,6 +10,7 @@
 #include <string>
 
 #include "PhaseReport.h"
+#include "PluginCycle.h"
 
 namespace colloqvalidate {
 
@@ -20,7 +21,7 @@ struct StormPhaseSettings {
     uint32_t seed = 1;
     bool hub = true;
     int clientThreads = 8;
-    std::chrono::milliseconds uninitializeLimit{3000};
+    CycleLimits limits;
     std::chrono::seconds drainTimeout{60};
 };
 

@@ -44,10 +44,18 @@ std::vector<std::string> liveThreadNames() {
     return names;
 }
 
-ThreadComparison compareThreads(const std::vector<std::string>& before, const std::vector<std::string>& after) {
+ThreadComparison compareThreads(const std::vector<std::string>& before, const std::vector<std::string>& after,
+                                const std::vector<std::string>& hostThreads) {
     ThreadComparison result;
     std::set_difference(after.begin(), after.end(), before.begin(), before.end(), std::back_inserter(result.leftOver));
     std::set_difference(before.begin(), before.end(), after.begin(), after.end(), std::back_inserter(result.vanished));
+    const auto ofTheHost = [&hostThreads](const std::string& name) {
+        return std::find(hostThreads.begin(), hostThreads.end(), name) != hostThreads.end();
+    };
+    result.leftOver.erase(std::remove_if(result.leftOver.begin(), result.leftOver.end(), ofTheHost),
+                          result.leftOver.end());
+    result.vanished.erase(std::remove_if(result.vanished.begin(), result.vanished.end(), ofTheHost),
+                          result.vanished.end());
     const bool receiverBefore = std::find(before.begin(), before.end(), kPipeReceiverThread) != before.end();
     const auto receiver = std::find(result.leftOver.begin(), result.leftOver.end(), kPipeReceiverThread);
     if (!receiverBefore && receiver != result.leftOver.end()) {

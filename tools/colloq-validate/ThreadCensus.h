@@ -26,8 +26,10 @@ struct ThreadComparison {
 };
 
 // Compares two sorted name lists. One pipe receiver that is new after is allowed as long as no
-// other one existed before; anything else new is left over.
-ThreadComparison compareThreads(const std::vector<std::string>& before, const std::vector<std::string>& after);
+// other one existed before; threads named in hostThreads belong to the host's environment (the
+// thread behind a main dispatch queue, say) and are not counted; anything else new is left over.
+ThreadComparison compareThreads(const std::vector<std::string>& before, const std::vector<std::string>& after,
+                                const std::vector<std::string>& hostThreads = {});
 
 // "a, b, c" for a report.
 std::string joinNames(const std::vector<std::string>& names);

@@ -35,6 +35,8 @@ std::string usageText() {
            "  --no-hub               do not start and stop the hub simulator during the storm\n"
            "  --client-threads N     client threads firing callbacks in the storm (default 8)\n"
            "  --uninitialize-limit-ms N  longest allowed uninitialize (default 3000)\n"
+           "  --host-thread NAME     a thread of the host's environment, such as the one serving a\n"
+           "                         main dispatch queue, that may outlive uninitialize (repeatable)\n"
            "  --rss-slack-kib N      allowed resident memory difference between the 50th and the\n"
            "                         last cycle (default 1024)\n"
            "  --drain-seconds N      longest wait for the worker after the storm (default 60)\n"
@@ -77,6 +79,9 @@ std::string parseOptions(const std::vector<std::string>& arguments, ValidateOpti
             good = readNumber(value, 1, 256, &options->clientThreads);
         } else if (name == "--uninitialize-limit-ms") {
             good = readNumber(value, 1, 3600 * 1000, &options->uninitializeLimitMs);
+        } else if (name == "--host-thread") {
+            good = !value.empty();
+            options->hostThreads.push_back(value);
         } else if (name == "--rss-slack-kib") {
             good = readNumber(value, int64_t{0}, std::numeric_limits<int64_t>::max(), &options->rssSlackKib);
         } else if (name == "--drain-seconds") {

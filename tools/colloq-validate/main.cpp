@@ -64,17 +64,17 @@ int main(int argc, char** argv) {
         return kFailed;
     }
     std::cout << "plug-in: " << options.pluginPath << "\nport folder: " << ports.path() << std::endl;
-    const std::chrono::milliseconds limit(options.uninitializeLimitMs);
+    const CycleLimits limits{std::chrono::milliseconds(options.uninitializeLimitMs), options.hostThreads};
 
     if (options.cycles > 0) {
-        if (!reported(runCyclePhase({options.pluginPath, options.cycles, limit, options.rssSlackKib}))) {
+        if (!reported(runCyclePhase({options.pluginPath, options.cycles, limits, options.rssSlackKib}))) {
             return kFailed;
         }
     } else {
         skipped("cycles", "--cycles");
     }
     if (options.dlopenCycles > 0) {
-        if (!reported(runDlopenPhase({options.pluginPath, options.dlopenCycles, limit}))) {
+        if (!reported(runDlopenPhase({options.pluginPath, options.dlopenCycles, limits}))) {
             return kFailed;
         }
     } else {
@@ -88,7 +88,7 @@ int main(int argc, char** argv) {
         storm.seed = options.seed;
         storm.hub = options.hub;
         storm.clientThreads = options.clientThreads;
-        storm.uninitializeLimit = limit;
+        storm.limits = limits;
         storm.drainTimeout = std::chrono::seconds(options.drainSeconds);
         if (!reported(runStormPhase(storm))) {
             return kFailed;
