@@ -15,9 +15,9 @@
 #include <boost/thread/recursive_mutex.hpp>
 #include <boost/thread/thread.hpp>
 
+#include "bqlcommon/Mutex.h"
 #include "calls/BQLColloqCall.h"
 #include "calls/BQLColloqEvent.h"
-#include "bqlcommon/Mutex.h"
 #include "calls/safeQueue.h"
 #include "colloq/AccessoryAPI.h"
 #include "handlers/BQLHandlerSelector.h"
