@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "StandInScripts.h"
+
 namespace e2e {
 
 class StandInHubCheck {
@@ -26,8 +28,7 @@ public:
 
 private:
     std::string countFile;
-    std::string savedPath;
-    bool installed = false;
+    PathOverride pathOverride;
 };
 
 }  // namespace e2e
