@@ -1,4 +1,6 @@
+#include <chrono>
 #include <cstring>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -7,6 +9,7 @@
 #include "BlockInbox.h"
 #include "NamedPipe.h"
 #include "ReceiverThreads.h"
+#include "StuckPort.h"
 #include "bqltest/FileLines.h"
 #include "bqltest/LocalLog.h"
 #include "bqltest/ScopedEnvironment.h"
@@ -282,6 +285,20 @@ TEST_F(ColloqProxyTest, PipeConnectedAsksForTheActiveDevice) {
     ASSERT_TRUE(atHub.waitFor(1));
     EXPECT_EQ(AsRecord(atHub.items()[0]).deviceAction, static_cast<uint32_t>(DEVICE_ACTION_GET));
     hub->StopPipe();
+}
+
+TEST_F(ColloqProxyTest, SendToAHubThatNeverReadsWaitsForItsFiveSecondTimeOutAndNoLonger) {
+    const StuckPort hub(ports / "com.bqlhub.hub");
+    ASSERT_TRUE(hub.isFull());
+    Endpoint endpoint;
+    const auto start = std::chrono::steady_clock::now();
+
+    std::future<void> send = std::async(std::launch::async, [&] { endpoint.SendGetActiveDevice(); });
+
+    ASSERT_EQ(send.wait_for(std::chrono::seconds(60)), std::future_status::ready) << "the send never gave up";
+    // A send that gives up at once would drop records that a busy hub takes a moment later.
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(4));
+    ExpectTraced("void CColloqProxy::SendGetActiveDevice()");
 }
 
 TEST_F(ColloqProxyTest, SendsWithoutAHubAreLostQuietly) {

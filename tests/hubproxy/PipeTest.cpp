@@ -4,11 +4,11 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <chrono>
 #include <fstream>
 #include <future>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -16,8 +16,10 @@
 #include <gtest/gtest.h>
 
 #include "BlockInbox.h"
+#include "ForeignDirectory.h"
 #include "NamedPipe.h"
 #include "ReceiverThreads.h"
+#include "StuckPort.h"
 #include "bqltest/LocalLog.h"
 #include "bqltest/ScopedEnvironment.h"
 #include "bqltest/TempDirectory.h"
@@ -356,17 +358,17 @@ TEST_F(PipeTest, SendIntoARefusedPortDirectorySendsNothing) {
 }
 
 TEST_F(PipeTest, PortDirectoryOwnedByAnotherUserIsRefused) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "only root can give a folder away";
-    }
     bqltest::LocalLogCapture log;
-    ASSERT_EQ(::chown(ports.path().c_str(), 4242, 4242), 0);
+    const std::optional<ForeignDirectory> foreign = DirectoryOfAnotherUser(ports.path());
+    ASSERT_TRUE(foreign.has_value());
+    bqltest::ScopedEnvironment foreignDirectory("BQL_PORT_DIR", foreign->path);
     CClientPipe client(L"name", nullptr, nullptr, 5);
 
     client.StartPipe();
 
     EXPECT_FALSE(client.IsListening());
-    EXPECT_EQ(log.count("refused: owned by user 4242"), 1);
+    EXPECT_EQ(log.count("refused: owned by user " + std::to_string(foreign->owner)), 1);
+    EXPECT_FALSE(Exists(foreign->path + "/com.bqlhub.colloq"));
     client.StopPipe();
 }
 
@@ -411,26 +413,14 @@ TEST_F(PipeTest, EmptyReceiveCallbackIsLoggedAndTheReceiverGoesOn) {
 }
 
 TEST_F(PipeTest, SendToAReceiverThatNeverReadsGivesUpAfterTheTimeOut) {
-    // A bound socket that nobody reads: its queue fills up and stays full.
-    const std::string hubPort = PortPath("com.bqlhub.hub");
-    const int stuck = ::socket(AF_UNIX, SOCK_DGRAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    hubPort.copy(address.sun_path, sizeof address.sun_path - 1);
-    ASSERT_EQ(::bind(stuck, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    const int filler = ::socket(AF_UNIX, SOCK_DGRAM, 0);
-    ASSERT_EQ(::connect(filler, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    unsigned char block[2196] = {};
-    while (::send(filler, block, sizeof block, MSG_DONTWAIT) > 0) {
-    }
-    ASSERT_EQ(errno, EAGAIN);
+    const StuckPort hub(PortPath("com.bqlhub.hub"));
+    ASSERT_TRUE(hub.isFull());
     NamedPipe client("com.bqlhub.colloq", "com.bqlhub.hub", nullptr, 1);
+    unsigned char block[2196] = {};
 
     std::future<void> send = std::async(std::launch::async, [&] { client.Send(block, sizeof block); });
 
     EXPECT_EQ(send.wait_for(60s), std::future_status::ready) << "the send never gave up";
-    ::close(filler);
-    ::close(stuck);
 }
 
 TEST_F(PipeTest, FailureToStartTheReceiverThreadThrowsThreadConstructorFailed) {
