@@ -5,6 +5,7 @@
 #include <cstring>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "HarnessTest.h"
 
@@ -109,6 +110,28 @@ TEST_F(CallControlTableTest, SendDtmfRecordsDeviceAndKey) {
     EXPECT_EQ(entry.key, '#');
 }
 
+TEST_F(CallControlTableTest, SendDtmfAnswersWithItsConfiguredResultAndRefusesANullDevice) {
+    ASSERT_EQ(host.responses().setResult(HostCall::SendDtmf, 4), HarnessStatus::Ok);
+    EXPECT_EQ(table.sendDtmf("dev", '5'), 4);
+    EXPECT_EQ(table.sendDtmf(nullptr, '6'), kClientFailure);
+    const auto entries = host.journal().entries();
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_FALSE(entries[0].nullArgument);
+    EXPECT_EQ(entries[0].key, '5');
+    EXPECT_TRUE(entries[1].nullArgument);
+    EXPECT_EQ(entries[1].call, HostCall::SendDtmf);
+    EXPECT_EQ(entries[1].key, '6');
+}
+
+TEST_F(CallControlTableTest, MakeCallWithNullDeviceFails) {
+    ASSERT_EQ(host.responses().setResult(HostCall::MakeCall, 2), HarnessStatus::Ok);
+    EXPECT_EQ(table.makeCall(nullptr, "5551234"), kClientFailure);
+    const RecordedCall entry = onlyEntry();
+    EXPECT_EQ(entry.call, HostCall::MakeCall);
+    EXPECT_TRUE(entry.nullArgument);
+    EXPECT_EQ(entry.number, "");
+}
+
 TEST_F(CallControlTableTest, UnusedSlotsRecordThatTheyWereCalled) {
     const HostCall unused[] = {HostCall::Unused1,  HostCall::Unused2,  HostCall::Unused5,  HostCall::Unused10,
                                HostCall::Unused11, HostCall::Unused12, HostCall::Unused13, HostCall::Unused14,
@@ -190,6 +213,41 @@ TEST_F(CallControlTableTest, ResultsOfOperationsWithoutOneCannotBeConfigured) {
     EXPECT_EQ(host.responses().setResult(HostCall::EntryPoint, 1), HarnessStatus::NoResult);
     EXPECT_EQ(host.responses().setResult(static_cast<HostCall>(26), 1), HarnessStatus::UnknownSlot);
     EXPECT_EQ(host.responses().setResult(static_cast<HostCall>(-1), 1), HarnessStatus::UnknownSlot);
+}
+
+TEST_F(CallControlTableTest, RefusedResultSettingsLeaveEveryResultAsItWas) {
+    const auto configuredResults = [this] {
+        std::vector<int16_t> results;
+        for (int32_t slot = 0; slot < hostharness::kCallControlSlots; ++slot) {
+            results.push_back(host.responses().resultOf(static_cast<HostCall>(slot)));
+        }
+        results.push_back(host.responses().resultOf(HostCall::GetLogger));
+        for (const Accessory_APIVersion_t version : {kCallControlVersion, hostharness::kLoggerVersion}) {
+            int16_t result = 0;
+            EXPECT_EQ(host.responses().entryPointResult(version, &result), HarnessStatus::Ok);
+            results.push_back(result);
+        }
+        return results;
+    };
+    int16_t result = 1;
+    for (int32_t slot = 0; slot < hostharness::kCallControlSlots; ++slot) {
+        host.responses().setResult(static_cast<HostCall>(slot), result++);
+    }
+    ASSERT_EQ(host.responses().setResult(HostCall::GetLogger, 40), HarnessStatus::Ok);
+    ASSERT_EQ(host.responses().setEntryPointResult(kCallControlVersion, 41), HarnessStatus::Ok);
+    ASSERT_EQ(host.responses().setEntryPointResult(hostharness::kLoggerVersion, 42), HarnessStatus::Ok);
+    const std::vector<int16_t> before = configuredResults();
+
+    EXPECT_EQ(host.responses().setResult(HostCall::GetCalls, -7), HarnessStatus::NoResult);
+    EXPECT_EQ(host.responses().setResult(HostCall::Unused20, -7), HarnessStatus::NoResult);
+    EXPECT_EQ(host.responses().setResult(HostCall::Log, -7), HarnessStatus::NoResult);
+    EXPECT_EQ(host.responses().setResult(static_cast<HostCall>(26), -7), HarnessStatus::UnknownSlot);
+    EXPECT_EQ(host.responses().setResult(static_cast<HostCall>(-1), -7), HarnessStatus::UnknownSlot);
+    EXPECT_EQ(host.responses().setEntryPointResult(0x10003u, -7), HarnessStatus::UnknownSlot);
+
+    EXPECT_EQ(configuredResults(), before);
+    EXPECT_EQ(table.answerCall("dev"), 5);
+    EXPECT_EQ(host.journal().entries().size(), 1u);
 }
 
 TEST_F(CallControlTableTest, SequenceNumbersStartAtOneAgainAfterClear) {

@@ -149,6 +149,50 @@ TEST_F(EventTest, AReportWithoutADeviceCarriesAnEmptyPath) {
     EXPECT_TRUE(zeroAfterText(event.callState.devicePath));
 }
 
+TEST_F(EventTest, RefusedControlCallsRaiseNoEventAndChangeNothing) {
+    const std::string path = plug(0xac27, "EV11");
+    settle();
+    log_.clear();
+    const std::string unknown = headsetPath(0xac27, "EV12");
+    const std::string overlongPath(VEXILCTL_PATH_CHARS, 'p');
+    const std::string overlongKeys(VEXILCTL_KEYS_BYTES, '1');
+    const std::string overlongNumber(VEXILCTL_NUMBER_CHARS, '5');
+
+    EXPECT_EQ(VEXILCTL_E_ALREADY_EXISTS, vexilctl_add_headset(path.c_str(), "Other", 1, 0));
+    EXPECT_EQ(VEXILCTL_E_TOO_LONG, vexilctl_add_headset(overlongPath.c_str(), "Model", 1, 0));
+    EXPECT_EQ(VEXILCTL_E_INVALID_ARG, vexilctl_add_headset(unknown.c_str(), nullptr, 1, 0));
+    EXPECT_EQ(VEXILCTL_E_INVALID_ARG, vexilctl_add_headset("hid/\xc3(", "Model", 1, 0));
+    EXPECT_EQ(VEXILCTL_E_NOT_FOUND, vexilctl_remove_headset(unknown.c_str()));
+    EXPECT_EQ(VEXILCTL_E_INVALID_ARG, vexilctl_remove_headset(nullptr));
+    EXPECT_EQ(VEXILCTL_E_NOT_FOUND, vexilctl_press_button(unknown.c_str(), CALL_STATE_ACCEPT_CALL, 1, nullptr));
+    EXPECT_EQ(VEXILCTL_E_TOO_LONG, vexilctl_press_button(overlongPath.c_str(), CALL_STATE_ACCEPT_CALL, 1, nullptr));
+    EXPECT_EQ(VEXILCTL_E_TOO_LONG, vexilctl_press_button(path.c_str(), CALL_STATE_DTMF_KEY, 1, overlongKeys.c_str()));
+    EXPECT_EQ(VEXILCTL_E_INVALID_ARG, vexilctl_press_button(path.c_str(), CALL_STATE_DTMF_KEY, 1, "\xff"));
+    EXPECT_EQ(VEXILCTL_E_INVALID_ARG, vexilctl_press_button(nullptr, CALL_STATE_ACCEPT_CALL, 1, nullptr));
+    EXPECT_EQ(VEXILCTL_E_NOT_FOUND, vexilctl_dial(unknown.c_str(), "5551234", nullptr));
+    EXPECT_EQ(VEXILCTL_E_INVALID_ARG, vexilctl_dial(path.c_str(), nullptr, nullptr));
+    EXPECT_EQ(VEXILCTL_E_TOO_LONG, vexilctl_dial(path.c_str(), overlongNumber.c_str(), nullptr));
+    EXPECT_EQ(VEXILCTL_E_TOO_LONG, vexilctl_dial(path.c_str(), "5551234", overlongNumber.c_str()));
+    EXPECT_EQ(VEXILCTL_E_NOT_FOUND, vexilctl_report_call_state(unknown.c_str(), 28));
+    EXPECT_EQ(VEXILCTL_E_TOO_LONG, vexilctl_report_call_state(overlongPath.c_str(), 28));
+    EXPECT_EQ(VEXILCTL_E_INVALID_ARG, vexilctl_report_call_state(nullptr, 28));
+    settle();
+
+    EXPECT_EQ(0u, log_.count());
+    int32_t headsets = 0;
+    ASSERT_EQ(VEXILCTL_OK, vexilctl_headset_count(&headsets));
+    EXPECT_EQ(1, headsets);
+    VexilCtlHeadset kept{};
+    ASSERT_EQ(VEXILCTL_OK, vexilctl_headset_at(0, &kept));
+    EXPECT_EQ(path, kept.path);
+    EXPECT_STREQ("Model 5.1-X.2", kept.productName);
+    EXPECT_EQ(1, kept.isActive);
+
+    // The subscribers were listening all along: the next valid press reaches them.
+    ASSERT_EQ(VEXILCTL_OK, vexilctl_press_button(path.c_str(), CALL_STATE_ACCEPT_CALL, 4, nullptr));
+    EXPECT_EQ(4, only().callState.callId);
+}
+
 TEST_F(EventTest, EventsArriveInTheOrderTheyWereRaised) {
     const std::string path = plug(0xac27, "EV7");
     for (int32_t id = 0; id < 20; ++id) {
