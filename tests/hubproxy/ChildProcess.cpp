@@ -4,7 +4,9 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <stdlib.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,20 +14,72 @@
 
 extern char** environ;
 
-ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments) {
-    int toChild[2];
-    int fromChild[2];
-    if (::pipe2(toChild, O_CLOEXEC) != 0) {
+namespace {
+
+// Opens a pseudo-terminal in line mode without echo: the test's end in `master`, the child's in
+// `slave`. Neither becomes the test's controlling terminal.
+bool OpenTerminal(int& master, int& slave) {
+    master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (master < 0) {
+        return false;
+    }
+    const char* name = ::grantpt(master) == 0 && ::unlockpt(master) == 0 ? ::ptsname(master) : nullptr;
+    slave = name == nullptr ? -1 : ::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
+    termios mode{};
+    if (slave < 0 || ::tcgetattr(slave, &mode) != 0) {
+        ::close(master);
+        if (slave >= 0) {
+            ::close(slave);
+        }
+        return false;
+    }
+    mode.c_lflag |= ICANON;
+    mode.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL);
+    ::tcsetattr(slave, TCSANOW, &mode);
+    return true;
+}
+
+// The child's end of its input in `childEnd` and the test's in `testEnd` (-1 for a file).
+bool OpenInput(const ChildInput& from, int& childEnd, int& testEnd) {
+    switch (from.kind) {
+    case ChildInput::Kind::Terminal:
+        return OpenTerminal(testEnd, childEnd);
+    case ChildInput::Kind::File:
+        testEnd = -1;
+        childEnd = ::open(from.path.c_str(), O_RDONLY | O_CLOEXEC);
+        return childEnd >= 0;
+    case ChildInput::Kind::Pipe:
+        break;
+    }
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0) {
+        return false;
+    }
+    childEnd = ends[0];
+    testEnd = ends[1];
+    return true;
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments,
+                           const ChildInput& from) {
+    int childInput = -1;
+    int testInput = -1;
+    if (!OpenInput(from, childInput, testInput)) {
         return;
     }
+    int fromChild[2];
     if (::pipe2(fromChild, O_CLOEXEC) != 0) {
-        ::close(toChild[0]);
-        ::close(toChild[1]);
+        ::close(childInput);
+        if (testInput >= 0) {
+            ::close(testInput);
+        }
         return;
     }
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, toChild[0], STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, childInput, STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, fromChild[1], STDOUT_FILENO);
 
     std::vector<std::string> words{program};
@@ -40,9 +94,9 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
         pid_ = -1;
     }
     posix_spawn_file_actions_destroy(&actions);
-    ::close(toChild[0]);
+    ::close(childInput);
     ::close(fromChild[1]);
-    input_ = toChild[1];
+    input_ = testInput;
     output_ = fromChild[0];
 }
 
@@ -58,8 +112,7 @@ ChildProcess::~ChildProcess() {
     }
 }
 
-bool ChildProcess::WriteLine(const std::string& line) {
-    const std::string text = line + "\n";
+bool ChildProcess::Write(const std::string& text) {
     std::size_t written = 0;
     while (input_ >= 0 && written < text.size()) {
         const ssize_t result = ::write(input_, text.data() + written, text.size() - written);

@@ -51,8 +51,9 @@ protected:
     }
 
     // Starts the simulator and waits until it owns the hub's port.
-    std::unique_ptr<ChildProcess> StartSimulator(std::vector<std::string> arguments = {"--json"}) {
-        auto simulator = std::make_unique<ChildProcess>(HUB_SIM_PATH, arguments);
+    std::unique_ptr<ChildProcess> StartSimulator(std::vector<std::string> arguments = {"--json"},
+                                                 const ChildInput& input = {}) {
+        auto simulator = std::make_unique<ChildProcess>(HUB_SIM_PATH, arguments, input);
         EXPECT_TRUE(simulator->started());
         const auto listening = simulator->ReadLineContaining("listening");
         EXPECT_TRUE(listening.has_value()) << "the simulator did not get its port";
@@ -229,6 +230,15 @@ TEST_F(HubSimProcessTest, SimulatorEndsOnSigtermAndReleasesItsPort) {
     EXPECT_FALSE(Exists(HubPort()));
 }
 
+TEST_F(HubSimProcessTest, SimulatorEndsWhenItsTerminalHangsUpAndReleasesItsPort) {
+    auto simulator = StartSimulator();
+
+    simulator->Signal(SIGHUP);
+
+    EXPECT_TRUE(ExitedWith(simulator->Wait(), 0));
+    EXPECT_FALSE(Exists(HubPort()));
+}
+
 TEST_F(HubSimProcessTest, SimulatorEndsOnSigintDuringASleepAndReleasesItsPort) {
     auto simulator = StartSimulator();
     ASSERT_TRUE(simulator->WriteLine("sleep 86400000"));
@@ -265,6 +275,35 @@ TEST_F(HubSimProcessTest, CommandsRunInOrderFromCommandLineScriptAndInput) {
         numbers.push_back(ReadWideField(record.phoneNumber));
     }
     EXPECT_EQ(numbers, (std::vector<std::wstring>{L"1", L"2", L"3", L"4"}));
+}
+
+TEST_F(HubSimProcessTest, CommandsTypedAtATerminalRunUntilEndOfInput) {
+    auto simulator = StartSimulator({"--json"}, ChildInput{ChildInput::Kind::Terminal, {}});
+
+    const ColloqCallArgs dial = Command(*simulator, "dial \"+1 555 \xf0\x9d\x84\x9e\"");
+    const ColloqCallArgs none = Command(*simulator, "no-active");
+    ASSERT_TRUE(simulator->Write("\x04")) << "Ctrl-D";
+
+    EXPECT_TRUE(ExitedWith(simulator->Wait(), 0));
+    EXPECT_FALSE(Exists(HubPort()));
+    EXPECT_EQ(ReadWideField(dial.phoneNumber), L"+1 555 \U0001D11E");
+    EXPECT_EQ(none.deviceAction, static_cast<uint32_t>(DEVICE_ACTION_NONE));
+}
+
+TEST_F(HubSimProcessTest, CommandsFromAFileOnStandardInputRunAndTheSimulatorEnds) {
+    const bqltest::TempDirectory scripts;
+    const std::string script = scripts / "typed.txt";
+    std::ofstream(script) << "dial 7\nactive \"hid/vid_2f0c&pid_0a1b/SN3\"\ndial 8";
+
+    auto simulator = StartSimulator({"--json"}, ChildInput{ChildInput::Kind::File, script});
+
+    EXPECT_TRUE(ExitedWith(simulator->Wait(), 0));
+    EXPECT_FALSE(Exists(HubPort()));
+    ASSERT_TRUE(observer.records.waitFor(3));
+    const auto records = observer.records.items();
+    EXPECT_EQ(ReadWideField(records[0].phoneNumber), L"7");
+    EXPECT_EQ(ReadWideField(records[1].devicePath), L"hid/vid_2f0c&pid_0a1b/SN3");
+    EXPECT_EQ(ReadWideField(records[2].phoneNumber), L"8") << "the last line has no line end";
 }
 
 TEST_F(HubSimProcessTest, WithoutStandardInputTheSimulatorServesUntilASignal) {

@@ -12,7 +12,7 @@ CommandFeed::CommandFeed(boost::asio::io_context& loop, HubSimulator& hub, std::
       simulator(hub),
       lines(std::move(commands)),
       readInput(fromInput),
-      signals(loop, SIGINT, SIGTERM),
+      signals(loop, SIGINT, SIGTERM, SIGHUP),
       pause(loop) {
     if (!readInput) {
         return;

@@ -1,7 +1,7 @@
 // Feeds commands to the simulator: first the given lines (from the command line and a script
 // file), then standard input unless that is switched off, in which case the simulator serves until
-// a signal. Sleeps wait on a timer and input is read without blocking, so that SIGINT and SIGTERM
-// always end the loop at once.
+// a signal. Sleeps wait on a timer and input is read without blocking, so that SIGINT, SIGTERM and
+// SIGHUP (the terminal it was typed into went away) always end the loop at once.
 #pragma once
 
 #include <deque>

@@ -32,7 +32,7 @@ void PrintUsage(std::ostream& out) {
            "  -d, --device PATH   start with PATH as the active device\n"
            "  -e, --command CMD   run CMD first (repeatable, in order)\n"
            "  -f, --file SCRIPT   then run the commands of SCRIPT, one a line\n"
-           "  -n, --no-stdin      do not read standard input; serve until SIGINT or SIGTERM\n"
+           "  -n, --no-stdin      do not read standard input; serve until SIGINT, SIGTERM or SIGHUP\n"
            "Without -n, commands are read from standard input after the others, until its end.\n"
            "Type 'help' for the commands.\n";
 }
