@@ -1,6 +1,5 @@
 #include "hubproxy/MacCommonPipe.h"
 
-
 #include <cstring>
 #include <exception>
 #include <memory>

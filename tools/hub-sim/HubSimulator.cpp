@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstring>
 
-
 #include "bqlutil/Converter.h"
 #include "bqlutil/DeviceIds.h"
 #include "hubproxy/ColloqRecords.h"
