@@ -1,6 +1,8 @@
 # Runs colloq-sim and checks its exit status and output.
 #   -DSIM=<program> -DARGS=<arguments separated by |> -DEXPECT_EXIT=<status>
 #   -DEXPECT_OUTPUT=<regular expression the output must match> [-DINPUT=<file for standard input>]
+#   [-DREJECT_OUTPUT=<regular expression the output must not match>]
+#   [-DCOLOUR=yes|no: the output must, or must not, hold colour escapes]
 string(REPLACE "|" ";" arguments "${ARGS}")
 set(input_option)
 if(INPUT)
@@ -18,4 +20,13 @@ if(NOT "${status}" STREQUAL "${EXPECT_EXIT}")
 endif()
 if(NOT output MATCHES "${EXPECT_OUTPUT}")
   message(FATAL_ERROR "the output does not match: ${EXPECT_OUTPUT}")
+endif()
+if(DEFINED REJECT_OUTPUT AND output MATCHES "${REJECT_OUTPUT}")
+  message(FATAL_ERROR "the output should not match: ${REJECT_OUTPUT}")
+endif()
+string(ASCII 27 escape)
+if(COLOUR STREQUAL "yes" AND NOT output MATCHES "${escape}\\[[0-9;]+m")
+  message(FATAL_ERROR "the output has no colour")
+elseif(COLOUR STREQUAL "no" AND output MATCHES "${escape}")
+  message(FATAL_ERROR "the output has colour escapes")
 endif()

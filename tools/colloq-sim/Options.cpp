@@ -76,6 +76,10 @@ bool parseOptions(const std::vector<std::string>& arguments, Options* options, s
     return true;
 }
 
+OutputStyle chooseStyle(const std::optional<OutputStyle>& asked, bool outputIsTerminal) {
+    return asked.value_or(outputIsTerminal ? OutputStyle::Colour : OutputStyle::Plain);
+}
+
 const char* usage() {
     return R"(usage: colloq-sim [options] [SCENARIO]
 Plays the Colloq client for a call-control plug-in and shows everything that crosses each

@@ -26,6 +26,10 @@ struct Options {
 // False and a one-line reason for bad options. Defaults for the paths come from the caller.
 bool parseOptions(const std::vector<std::string>& arguments, Options* options, std::string* error);
 
+// The style asked for; without one, colour only when the output is a terminal, since escapes
+// would litter a file or a pipe.
+OutputStyle chooseStyle(const std::optional<OutputStyle>& asked, bool outputIsTerminal);
+
 const char* usage();
 
 }  // namespace colloqsim

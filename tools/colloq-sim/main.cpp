@@ -25,8 +25,7 @@ constexpr int kPluginTrouble = 3;
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
 int simulate(const Options& options, const Scenario& scenario) {
-    const OutputStyle style = options.style.value_or(::isatty(STDOUT_FILENO) ? OutputStyle::Colour : OutputStyle::Plain);
-    Timeline timeline(makePrinter(style, std::cout), options.showLog);
+    Timeline timeline(makePrinter(chooseStyle(options.style, ::isatty(STDOUT_FILENO) != 0), std::cout), options.showLog);
     SessionOptions sessionOptions;
     sessionOptions.pluginPath = options.pluginPath;
     sessionOptions.hubSimulatorPath = options.hubSimulatorPath;
