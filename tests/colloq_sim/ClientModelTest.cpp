@@ -156,6 +156,35 @@ TEST_F(ColloqSimClientModelTest, ResumeCallWithNothingHeldIsIgnored) {
     EXPECT_EQ(outcome.facts[0].verb, "ignored");
 }
 
+TEST_F(ColloqSimClientModelTest, EndRejectAndHoldWithNothingToActOnAreIgnoredAndChangeNothing) {
+    ClientOutcome outcome = model.react(operation(HostCall::EndCall));
+    EXPECT_TRUE(outcome.firings.empty());
+    ASSERT_EQ(outcome.facts.size(), 1u);
+    EXPECT_EQ(outcome.facts[0].verb, "ignored");
+    EXPECT_EQ(outcome.facts[0].argument, "endCall");
+
+    connectCall17();
+    outcome = model.react(operation(HostCall::RejectCall));
+    EXPECT_TRUE(outcome.firings.empty());
+    EXPECT_EQ(outcome.facts.at(0).argument, "rejectCall");
+    EXPECT_EQ(stateOf(17), clientstate::kConnected);
+
+    ASSERT_TRUE(model.userHolds(17).ok());
+    outcome = model.react(operation(HostCall::HoldCall));
+    EXPECT_TRUE(outcome.firings.empty());
+    EXPECT_EQ(outcome.facts.at(0).argument, "holdCall");
+    EXPECT_EQ(stateOf(17), clientstate::kHeld);
+}
+
+TEST_F(ColloqSimClientModelTest, EndCallEndsARingingCallWhenNothingIsConnected) {
+    ASSERT_TRUE(model.incoming(17, "5551234", "Ann Smith", false).ok());
+    const ClientOutcome outcome = model.react(operation(HostCall::EndCall));
+    ASSERT_EQ(outcome.firings.size(), 1u);
+    EXPECT_EQ(outcome.firings[0].slot, CallbackSlot::OnOnHook);
+    EXPECT_EQ(outcome.firings[0].args.call.state, clientstate::kDisconnected);
+    EXPECT_TRUE(model.calls().empty());
+}
+
 TEST_F(ColloqSimClientModelTest, MuteAndUnmuteFireOnAudioMuteAndOnAudioUnmute) {
     connectCall17();
     ClientOutcome outcome = model.react(operation(HostCall::MuteCall));

@@ -1,5 +1,8 @@
 // The scenario language: what each command reads into, and errors that name file, line and
 // problem.
+#include <utility>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "ScenarioParser.h"
@@ -101,6 +104,66 @@ TEST(ColloqSimScenarioParser, HubEventReadsCallKeysAndDevice) {
     EXPECT_EQ(command.call, 17);
     EXPECT_EQ(command.number, "12#");
     EXPECT_EQ(command.headset, "A");
+}
+
+TEST(ColloqSimScenarioParser, EveryCommandOfTheLanguageIsRead) {
+    const std::vector<std::pair<const char*, Action>> lines = {
+        {"mode direct", Action::Mode},
+        {"start", Action::Start},
+        {"plug A", Action::Plug},
+        {"unplug A", Action::Unplug},
+        {"press A reject 17", Action::Press},
+        {"keys A 12# 17", Action::Keys},
+        {"dial A 5550199", Action::Dial},
+        {"client device A", Action::ClientDevice},
+        {"client incoming 17 5551234", Action::ClientIncoming},
+        {"client waiting 18 5550000 Bob", Action::ClientWaiting},
+        {"client outgoing 20 5550100", Action::ClientOutgoing},
+        {"client remote-answers 20", Action::RemoteAnswers},
+        {"client remote-hangs-up 20", Action::RemoteHangsUp},
+        {"client remote-busy 20", Action::RemoteBusy},
+        {"client answers 17", Action::UserAnswers},
+        {"client hangs-up 17", Action::UserHangsUp},
+        {"client holds 17", Action::UserHolds},
+        {"client resumes 17", Action::UserResumes},
+        {"client mutes", Action::UserMutes},
+        {"client unmutes", Action::UserUnmutes},
+        {"hub answer 17", Action::HubEvent},
+        {"hub dial 5550199", Action::HubDial},
+        {"hub active A", Action::HubActive},
+        {R"(hub send "device-change device=\"p\"")", Action::HubSend},
+        {"wait idle", Action::WaitIdle},
+        {"expect client answered 17 within 100", Action::Expect},
+    };
+    for (const auto& [line, action] : lines) {
+        EXPECT_EQ(parsed(line).action, action) << line;
+    }
+}
+
+TEST(ColloqSimScenarioParser, EveryHeadsetButtonIsKnown) {
+    for (const char* button : {"answer", "end", "reject", "hold", "resume", "mute", "unmute", "select"}) {
+        EXPECT_EQ(parsed(std::string("press A ") + button).word, button);
+    }
+}
+
+TEST(ColloqSimScenarioParser, HubDialActiveAndSendKeepTheirArgument) {
+    EXPECT_EQ(parsed("hub dial 5550199").word, "5550199");
+    EXPECT_EQ(parsed("hub active B").headset, "B");
+    EXPECT_EQ(parsed(R"(hub send "dial number=\"1\"")").word, R"(dial number="1")");
+    EXPECT_EQ(errorOf("hub explode"), "broken.scenario:3: unknown hub action \"explode\"");
+}
+
+TEST(ColloqSimScenarioParser, ModeAndWaitTakeOnlyTheirWords) {
+    EXPECT_TRUE(parsed("mode hub").hubMode);
+    EXPECT_FALSE(parsed("mode direct").hubMode);
+    EXPECT_EQ(errorOf("mode bluetooth"), "broken.scenario:3: mode must be direct or hub, not \"bluetooth\"");
+    EXPECT_EQ(errorOf("wait 500"),
+              "broken.scenario:3: wait takes only idle; expectations wait for what they expect");
+}
+
+TEST(ColloqSimScenarioParser, UnknownClientActionListsTheActions) {
+    EXPECT_EQ(errorOf("client explodes").rfind("broken.scenario:3: unknown client action \"explodes\" (device ", 0),
+              0u);
 }
 
 TEST(ColloqSimScenarioParser, UnknownCommandNamesFileLineAndWord) {

@@ -2,6 +2,8 @@
 #include <cstdio>
 #include <sstream>
 #include <thread>
+#include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -24,6 +26,15 @@ TimelineEvent event(const std::string& subject, const std::string& verb, const s
     made.argument = argument;
     made.text = text;
     return made;
+}
+
+// Screen columns before `text` in `line`: UTF-8 continuation bytes take none.
+std::size_t columnsBefore(const std::string& line, const std::string& text) {
+    std::size_t columns = 0;
+    for (const unsigned char c : line.substr(0, line.find(text))) {
+        columns += (c & 0xC0) != 0x80 ? 1 : 0;
+    }
+    return columns;
 }
 
 TEST(ColloqSimTimeline, PlainLinesShowMillisecondsDirectionAndText) {
@@ -59,6 +70,53 @@ TEST(ColloqSimTimeline, LogLinesArePrintedOnlyWhenAskedButKeptForExpectations) {
     timeline.record(event("log", "line", "", "[4] Connected", Direction::ClientLog));
     EXPECT_EQ(out.str(), "");
     EXPECT_TRUE(timeline.take(EventPattern{"log", "line", "Connected"}, 0ms).has_value());
+}
+
+TEST(ColloqSimTimeline, WithTheLogShownLogLinesArePrintedWithTheirSeverity) {
+    std::ostringstream out;
+    Timeline timeline(makePrinter(OutputStyle::Plain, out), true);
+    hostharness::RecordedCall line;
+    line.call = hostharness::HostCall::Log;
+    line.severity = ACCESSORY_LOG_FAILURE;
+    line.text = "endCall fails";
+    timeline.record(describeOperation(line));
+    EXPECT_NE(out.str().find(" ms  client log         [failure 1] endCall fails\n"), std::string::npos) << out.str();
+}
+
+TEST(ColloqSimTimeline, JsonLogLinesCarryTheirSeverity) {
+    std::ostringstream out;
+    Timeline timeline(makePrinter(OutputStyle::Json, out), true);
+    hostharness::RecordedCall line;
+    line.call = hostharness::HostCall::Log;
+    line.severity = ACCESSORY_LOG_TRACE;
+    line.text = "into pluginThread()";
+    timeline.record(describeOperation(line));
+    EXPECT_NE(out.str().find("\"direction\":\"client-log\""), std::string::npos) << out.str();
+    EXPECT_NE(out.str().find(",\"severity\":5}"), std::string::npos) << out.str();
+}
+
+TEST(ColloqSimTimeline, EveryDirectionHasItsArrowAndItsJsonName) {
+    const std::vector<std::tuple<Direction, std::string, std::string>> expected = {
+        {Direction::ClientToPlugin, "client → plug-in", "client-to-plugin"},
+        {Direction::PluginToClient, "plug-in → client", "plugin-to-client"},
+        {Direction::PluginToHeadset, "plug-in → headset", "plugin-to-headset"},
+        {Direction::HeadsetToPlugin, "headset → plug-in", "headset-to-plugin"},
+        {Direction::HubToPlugin, "hub → plug-in", "hub-to-plugin"},
+        {Direction::PluginToHub, "plug-in → hub", "plugin-to-hub"},
+        {Direction::ClientLog, "client log", "client-log"},
+        {Direction::Client, "client", "client"},
+        {Direction::Note, "simulator", "simulator"},
+    };
+    for (const auto& [direction, text, key] : expected) {
+        EXPECT_EQ(directionText(direction), text);
+        EXPECT_EQ(directionKey(direction), key);
+        std::ostringstream out;
+        Timeline timeline(makePrinter(OutputStyle::Plain, out), true);
+        timeline.record(event("x", "y", "", "what crossed", direction));
+        // The text starts in the same column whatever the direction's width.
+        EXPECT_NE(out.str().find(" ms  " + text), std::string::npos) << out.str();
+        EXPECT_EQ(columnsBefore(out.str(), "what crossed"), 31u) << out.str();
+    }
 }
 
 TEST(ColloqSimTimeline, TakeReturnsTheOldestMatchOnlyOnce) {

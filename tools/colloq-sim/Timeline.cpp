@@ -67,10 +67,6 @@ std::vector<TimelineEvent> Timeline::eventsOf(const std::string& subject) const 
     return selected;
 }
 
-}  // namespace colloqsim
-
-namespace colloqsim {
-
 std::size_t Timeline::activity() const {
     bql::MutexLock lock(mutex_);
     std::size_t count = 0;
