@@ -55,6 +55,20 @@ public:
         out.insert(out.end(), items.begin(), items.end());
     }
 
+    // A copy of the first element, front to back, for which matches is true; a value-initialised
+    // T when none is. Only the match is copied, so a lookup costs no allocation; matches runs
+    // under the lock and must not call out.
+    template <typename Predicate>
+    T FindFirst(Predicate matches) {
+        boost::unique_lock<boost::mutex> guard(mutex);
+        for (const T& item : items) {
+            if (matches(item)) {
+                return item;
+            }
+        }
+        return T();
+    }
+
     // No notification: a consumer blocked in WaitAndGet keeps waiting.
     void Clear() {
         boost::unique_lock<boost::mutex> guard(mutex);

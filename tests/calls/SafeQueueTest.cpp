@@ -96,6 +96,25 @@ TEST(SafeQueue, GetQueueAppendsAfterExistingElements) {
     EXPECT_EQ(queue.Size(), 1u);  // copying leaves the queue as it was
 }
 
+TEST(SafeQueue, FindFirstReturnsTheFrontmostMatchAndLeavesTheQueueAsItWas) {
+    IntQueue queue;
+    auto older = std::make_shared<int>(5);
+    auto newer = std::make_shared<int>(5);
+    queue.Push(std::make_shared<int>(4));
+    queue.Push(older);
+    queue.Push(newer);
+    const auto found = queue.FindFirst([](const std::shared_ptr<int>& item) { return *item == 5; });
+    EXPECT_EQ(found, older);
+    EXPECT_EQ(queue.Size(), 3u);
+}
+
+TEST(SafeQueue, FindFirstWithoutAMatchReturnsAnEmptyPointer) {
+    IntQueue queue;
+    queue.Push(std::make_shared<int>(1));
+    const auto found = queue.FindFirst([](const std::shared_ptr<int>& item) { return *item == 2; });
+    EXPECT_EQ(found, nullptr);
+}
+
 TEST(SafeQueue, ClearThenWaitAndGetBlocks) {
     IntQueue queue;
     queue.Push(std::make_shared<int>(1));
