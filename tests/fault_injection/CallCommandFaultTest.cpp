@@ -30,7 +30,7 @@ struct RefusedCommand {
 
 std::ostream& operator<<(std::ostream& out, const RefusedCommand& command) { return out << command.name; }
 
-class CallCommandFault : public PluginEndToEnd, public ::testing::WithParamInterface<RefusedCommand> {
+class CallCommandFault : public StartedWithOneHeadset, public ::testing::WithParamInterface<RefusedCommand> {
 public:
     void arm() { ASSERT_EQ(vexilctl_inject_fault(GetParam().fault, GetParam().status, 1), VEXILCTL_OK); }
     void ring(int32_t id) { fireCall(CallbackSlot::OnIncoming, id, clientstate::kRinging, "5550141", "Ann Kay"); }
@@ -39,15 +39,6 @@ public:
     void mute() { fireAudio(CallbackSlot::OnAudioMute); }
 
 protected:
-    void SetUp() override {
-        PluginEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
-    }
-
     // The local log's error lines of one operation.
     std::vector<std::string> errorLines(const std::string& function) const {
         return localLogMessages("ERROR", function);
@@ -61,8 +52,6 @@ protected:
         }
         return count;
     }
-
-    Headset headset;
 };
 
 // "<stem><address> Executing command returned error code: <status>", the address written as a

@@ -43,23 +43,19 @@ const FailingOperation kButtons[] = {
      "processVexilEvent(EventPtr comeEvent): case: CALL_STATE_TERMINATE_CALL"},
 };
 
-class ClientOperationFault : public PluginEndToEnd {
+class ClientOperationFault : public StartedWithOneHeadset {
 protected:
     void SetUp() override {
-        PluginEndToEnd::SetUp();
+        StartedWithOneHeadset::SetUp();
         if (HasFatalFailure()) {
             return;
         }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
         connectIncomingCall(kCall, "5550141", "Ann Kay");
     }
 
     void fail(HostCall operation) {
         ASSERT_EQ(client().responses().setResult(operation, kClientFailure), hostharness::HarnessStatus::Ok);
     }
-
-    Headset headset;
 };
 
 class ClientButtonFault : public ClientOperationFault, public ::testing::WithParamInterface<FailingOperation> {};

@@ -3,15 +3,13 @@
 namespace e2e {
 namespace {
 
-class CallWaiting : public PluginEndToEnd {
+class CallWaiting : public StartedWithOneHeadset {
 protected:
     void SetUp() override {
-        PluginEndToEnd::SetUp();
+        StartedWithOneHeadset::SetUp();
         if (HasFatalFailure()) {
             return;
         }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
         connectIncomingCall(41, "5550041", "Lou");
     }
 
@@ -24,8 +22,6 @@ protected:
         }
         return matching;
     }
-
-    Headset headset;
 };
 
 TEST_F(CallWaiting, EveryWaitingReportRingsTheSecondCallAgain) {

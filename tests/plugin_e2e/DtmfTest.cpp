@@ -3,19 +3,15 @@
 namespace e2e {
 namespace {
 
-class Dtmf : public PluginEndToEnd {
+class Dtmf : public StartedWithOneHeadset {
 protected:
     void SetUp() override {
-        PluginEndToEnd::SetUp();
+        StartedWithOneHeadset::SetUp();
         if (HasFatalFailure()) {
             return;
         }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
         connectIncomingCall(37, "5550037", "Kim");
     }
-
-    Headset headset;
 };
 
 TEST_F(Dtmf, KeysReachTheClientOneByOneInOrder) {

@@ -3,19 +3,7 @@
 namespace e2e {
 namespace {
 
-class HeadsetDial : public PluginEndToEnd {
-protected:
-    void SetUp() override {
-        PluginEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
-    }
-
-    Headset headset;
-};
+class HeadsetDial : public StartedWithOneHeadset {};
 
 TEST_F(HeadsetDial, DialledNumberIsCalledOnTheClientsActiveDevice) {
     const uint64_t mark = clientMark();

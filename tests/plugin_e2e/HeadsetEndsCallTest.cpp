@@ -8,17 +8,8 @@ const std::string kTerminateCase = "processVexilEvent(EventPtr comeEvent): case:
 const std::string kEndCallFails = "processVexilEvent(EventPtr comeEvent): case: CALL_STATE_TERMINATE_CALL." +
                                   std::string(58, ' ') + "endCall fails. Mark the call for termination on connected.";
 
-class HeadsetEndsCall : public PluginEndToEnd {
+class HeadsetEndsCall : public StartedWithOneHeadset {
 protected:
-    void SetUp() override {
-        PluginEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
-    }
-
     // A call marked for termination neither holds nor shows again on a connected report.
     void expectMarkedForTermination(int32_t callId) {
         const std::size_t commands = runtimeMark();
@@ -30,8 +21,6 @@ protected:
         EXPECT_FALSE(hasPluginLine("Held Call Info: CallID = %d, CallState = %d", mark));
         expectPluginLine(ACCESSORY_LOG_TRACE, "Connected Call Info: CallID = %d, CallState = %d", mark);
     }
-
-    Headset headset;
 };
 
 TEST_F(HeadsetEndsCall, RejectButtonRejectsTheRingingCallInTheClient) {

@@ -3,19 +3,15 @@
 namespace e2e {
 namespace {
 
-class HoldResume : public PluginEndToEnd {
+class HoldResume : public StartedWithOneHeadset {
 protected:
     void SetUp() override {
-        PluginEndToEnd::SetUp();
+        StartedWithOneHeadset::SetUp();
         if (HasFatalFailure()) {
             return;
         }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
         connectIncomingCall(33, "5550033", "Ida");
     }
-
-    Headset headset;
 };
 
 TEST_F(HoldResume, ClientHoldHoldsTheCallOnTheHeadsetOnce) {

@@ -3,24 +3,13 @@
 namespace e2e {
 namespace {
 
-class Mute : public PluginEndToEnd {
+class Mute : public StartedWithOneHeadset {
 protected:
-    void SetUp() override {
-        PluginEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
-    }
-
     int32_t headsetMuted() {
         int32_t muted = -1;
         EXPECT_EQ(vexilctl_get_mute(&muted), VEXILCTL_OK);
         return muted;
     }
-
-    Headset headset;
 };
 
 TEST_F(Mute, ClientMuteAndUnmuteReachTheHeadset) {

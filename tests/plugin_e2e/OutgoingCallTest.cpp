@@ -5,18 +5,8 @@
 namespace e2e {
 namespace {
 
-class OutgoingCall : public PluginEndToEnd {
+class OutgoingCall : public StartedWithOneHeadset {
 protected:
-    void SetUp() override {
-        PluginEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
-    }
-
-    Headset headset;
 };
 
 TEST_F(OutgoingCall, RemoteAlertingShowsTheOutgoingCallOnTheHeadset) {

@@ -335,4 +335,13 @@ void PluginEndToEnd::expectLocalLog(const std::string& level, const std::string&
         << localLog();
 }
 
+void StartedWithOneHeadset::SetUp() {
+    PluginEndToEnd::SetUp();
+    if (HasFatalFailure()) {
+        return;
+    }
+    headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
+    startWithHeadset(headset);
+}
+
 }  // namespace e2e

@@ -135,4 +135,13 @@ private:
     void clearHeadsetPresenceLeftInProcess();
 };
 
+// Most tests start the same way: one headset of the maker plugged in, and the plug-in started
+// with it as the client's device.
+class StartedWithOneHeadset : public PluginEndToEnd {
+protected:
+    void SetUp() override;
+
+    Headset headset;
+};
+
 }  // namespace e2e

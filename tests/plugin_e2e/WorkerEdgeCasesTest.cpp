@@ -7,17 +7,8 @@ namespace {
 
 const std::string kHandlerEntry = "processVexilEvent(EventPtr comeEvent): CallID = %d";
 
-class WorkerEdgeCases : public PluginEndToEnd {
+class WorkerEdgeCases : public StartedWithOneHeadset {
 protected:
-    void SetUp() override {
-        PluginEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        headset = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        startWithHeadset(headset);
-    }
-
     std::size_t pluginLineCount(const std::string& message, uint64_t after) {
         const std::string text = pluginLine(message);
         const auto lines = clientCallsOf(HostCall::Log, after);
@@ -29,8 +20,6 @@ protected:
         fireAudio(CallbackSlot::OnAudioMute);
         expectRuntimeCommands(VEXILCTL_CMD_SET_MUTE, 1);
     }
-
-    Headset headset;
 };
 
 TEST_F(WorkerEdgeCases, ConnectedReportOfARingingCallLogsInOrderAndAnswersItOnce) {
