@@ -1,6 +1,7 @@
 #include "CommandFeed.h"
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -12,8 +13,21 @@ CommandFeed::CommandFeed(boost::asio::io_context& loop, HubSimulator& hub, std::
       simulator(hub),
       lines(std::move(commands)),
       readInput(fromInput),
-      signals(loop, SIGINT, SIGTERM, SIGHUP),
       pause(loop) {
+    sigset_t ending;
+    sigemptyset(&ending);
+    sigaddset(&ending, SIGINT);
+    sigaddset(&ending, SIGTERM);
+    sigaddset(&ending, SIGHUP);
+    ::pthread_sigmask(SIG_BLOCK, &ending, nullptr);
+    const int signalSource = ::signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (signalSource >= 0) {
+        signals.emplace(loop, signalSource);
+    } else {
+        // Without the descriptor a signal ends the simulator the default way, leaving its port
+        // file for the next hub to reclaim.
+        ::pthread_sigmask(SIG_UNBLOCK, &ending, nullptr);
+    }
     if (!readInput) {
         return;
     }
@@ -41,11 +55,14 @@ CommandFeed::~CommandFeed() {
 }
 
 void CommandFeed::Start() {
-    signals.async_wait([this](const boost::system::error_code& error, int) {
-        if (!error) {
-            Finish();
-        }
-    });
+    if (signals) {
+        signals->async_read_some(boost::asio::buffer(&signalInfo, sizeof signalInfo),
+                                 [this](const boost::system::error_code& error, std::size_t) {
+                                     if (!error) {
+                                         Finish();
+                                     }
+                                 });
+    }
     boost::asio::post(events, [this] { RunNext(); });
 }
 

@@ -4,6 +4,8 @@
 // SIGHUP (the terminal it was typed into went away) always end the loop at once.
 #pragma once
 
+#include <sys/signalfd.h>
+
 #include <deque>
 #include <optional>
 #include <string>
@@ -15,7 +17,10 @@ class CommandFeed {
 public:
     CommandFeed(boost::asio::io_context& events, HubSimulator& simulator, std::deque<std::string> lines,
                 bool readInput);
-    // Gives standard input back as it was found.
+    // Blocks SIGINT, SIGTERM and SIGHUP for this thread and every thread started after it, and
+    // reads them from a descriptor on the loop instead: make the feed before any other thread.
+    // Gives standard input back as it was found; the signals stay blocked, so that one arriving
+    // while the simulator winds down cannot cut that short.
     ~CommandFeed();
     CommandFeed(const CommandFeed&) = delete;
     CommandFeed& operator=(const CommandFeed&) = delete;
@@ -33,7 +38,10 @@ private:
     HubSimulator& simulator;
     std::deque<std::string> lines;
     const bool readInput;
-    boost::asio::signal_set signals;
+    // Signals read as data on the loop's thread: no handler runs on whichever thread the
+    // kernel picks, so none can be missed.
+    std::optional<boost::asio::posix::stream_descriptor> signals;
+    signalfd_siginfo signalInfo{};
     boost::asio::steady_timer pause;
     // Standard input when it can be watched (a terminal, a pipe); a file is simply read.
     std::optional<boost::asio::posix::stream_descriptor> input;
