@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   g++ clang libclang-rt-14-dev cmake ninja-build make pkg-config
-  libboost-thread-dev libboost-system-dev libboost-chrono-dev libboost-dev
+  libboost-thread-dev libboost-system-dev libboost-chrono-dev libboost-locale-dev libboost-dev
   liblog4cxx-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   procps
