@@ -42,27 +42,32 @@ LinuxCommonPipe::~LinuxCommonPipe() {
 void LinuxCommonPipe::StartPipe() {
     StopPipe();
     std::promise<void> started;
-    std::future<void> listening = started.get_future();
+    std::future<void> ready = started.get_future();
     {
         bql::MutexLock guard(lock);
+        // A start from another thread may have come in since.
+        StopReceiver();
         try {
-            runThread = std::thread(&LinuxCommonPipe::StartInThread, this, std::move(started));
+            runLoop = std::make_unique<boost::asio::io_context>(1);
+        } catch (const std::exception& failure) {
+            LogWriter_error(failure.what(), __PRETTY_FUNCTION__, "<>");
+            return;
+        }
+        try {
+            runThread = std::thread(&LinuxCommonPipe::StartInThread, this, std::ref(*runLoop), std::move(started));
         } catch (const std::system_error& failure) {
+            runLoop.reset();
             throw std::system_error(failure.code(), "thread constructor failed");
         }
     }
-    // The receiver takes the lock to publish its loop, so the wait happens without it.
-    listening.wait();
+    ready.wait();
 }
 
-void LinuxCommonPipe::StartInThread(std::promise<void> started) {
+void LinuxCommonPipe::StartInThread(boost::asio::io_context& loop, std::promise<void> started) {
     platform::nameCurrentThread(kReceiverThreadName);
-    std::unique_ptr<boost::asio::io_context> loop;
     std::unique_ptr<LocalPort> port;
     try {
-        loop = std::make_unique<boost::asio::io_context>(1);
-        port = LocalPort::Open(*loop, localName,
-                               [this](unsigned char* data, int length) { onReceive(data, length); });
+        port = LocalPort::Open(loop, localName, [this](unsigned char* data, int length) { onReceive(data, length); });
     } catch (const std::exception& failure) {
         LogWriter_error(failure.what(), __PRETTY_FUNCTION__, "<>");
         port.reset();
@@ -73,27 +78,28 @@ void LinuxCommonPipe::StartInThread(std::promise<void> started) {
         return;
     }
     // Keeps run() going while no block is awaited, so that only StopPipe ends it.
-    auto keepRunning = boost::asio::make_work_guard(*loop);
-    {
-        bql::MutexLock guard(lock);
-        runLoop = loop.get();
-    }
+    auto keepRunning = boost::asio::make_work_guard(loop);
+    listening = true;
     started.set_value();
-    loop->run();
+    loop.run();
     // The port closes (and removes its file) before its loop goes.
     port.reset();
 }
 
 void LinuxCommonPipe::StopPipe() {
     bql::MutexLock guard(lock);
+    StopReceiver();
+}
+
+void LinuxCommonPipe::StopReceiver() {
     if (runLoop != nullptr) {
         runLoop->stop();
-        runLoop = nullptr;
     }
-    // The receiver takes the lock only before it runs its loop, so joining under it is safe.
     if (runThread.joinable()) {
         runThread.join();
     }
+    runLoop.reset();
+    listening = false;
 }
 
 void LinuxCommonPipe::Send(unsigned char* data, int length) {
@@ -160,9 +166,6 @@ void LinuxCommonPipe::CloseSendSocket() {
 
 void LinuxCommonPipe::Receive() {}
 
-bool LinuxCommonPipe::IsListening() {
-    bql::MutexLock guard(lock);
-    return runLoop != nullptr;
-}
+bool LinuxCommonPipe::IsListening() { return listening; }
 
 void LinuxCommonPipe::SetFlags(bool, bool) {}

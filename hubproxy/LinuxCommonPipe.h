@@ -3,6 +3,7 @@
 // as its run loop; sends go out on the caller's thread, one datagram per block.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <future>
 #include <memory>
@@ -27,7 +28,9 @@ public:
     // std::system_error "thread constructor failed" when no thread can be started.
     void StartPipe() override;
     // Stops the receiver and joins it, also one that ended after a failed port creation. The local
-    // port's file is gone when it returns. Must not be called from inside onReceive.
+    // port's file is gone when it returns. Must not be called from inside onReceive. Start and stop
+    // may come from different threads at once: the receiver never takes `lock`, so joining it
+    // under that lock cannot wait for ever.
     void StopPipe() override;
     // Sends one datagram to the remote port and returns; dropped silently when nobody has the port,
     // waits at most `timeout` seconds for room at a full receiver. The socket connected to the
@@ -45,7 +48,8 @@ protected:
     ~LinuxCommonPipe();
 
 private:
-    void StartInThread(std::promise<void> started);
+    void StartInThread(boost::asio::io_context& loop, std::promise<void> started);
+    void StopReceiver() BQL_REQUIRES(lock);
     // Opens a socket connected to the remote port in the checked port directory; false when the
     // directory is refused or nobody has the port.
     bool ConnectSendSocket() BQL_REQUIRES(sendLock);
@@ -67,6 +71,9 @@ private:
 
     bql::Mutex lock;
     std::thread runThread BQL_GUARDED_BY(lock);
-    // The receiving thread's loop while it runs; owned by that thread.
-    boost::asio::io_context* runLoop BQL_GUARDED_BY(lock) = nullptr;
+    // The receiving thread's loop, made before the thread so that a stop can never come too early:
+    // a loop stopped before it runs returns at once.
+    std::unique_ptr<boost::asio::io_context> runLoop BQL_GUARDED_BY(lock);
+    // Set by the receiver once it serves the local port, cleared when it is stopped.
+    std::atomic<bool> listening{false};
 };
