@@ -1,5 +1,6 @@
 #include "hubproxy/MacCommonPipe.h"
 
+#include <chrono>
 #include <cstring>
 #include <exception>
 #include <memory>
@@ -12,6 +13,8 @@ namespace {
 
 constexpr const char* kReceiverThreadName = "bql-pipe-rx";
 constexpr SInt32 kMessageId = 0x1111;
+// How long a stop waits for the receiver's run to end before stopping again.
+constexpr auto kStopRetryInterval = std::chrono::milliseconds(10);
 
 CFStringRef MakePortName(const std::string& name) {
     return CFStringCreateWithCString(kCFAllocatorDefault, name.c_str(), kCFStringEncodingASCII);
@@ -42,10 +45,12 @@ void MacCommonPipe::StartPipe() {
     StopPipe();
     std::promise<void> started;
     std::future<void> serving = started.get_future();
+    std::promise<void> runEnded;
     {
         bql::MutexLock guard(lock);
+        receiverRunEnded = runEnded.get_future();
         try {
-            runThread = std::thread(&MacCommonPipe::StartInThread, this, std::move(started));
+            runThread = std::thread(&MacCommonPipe::StartInThread, this, std::move(started), std::move(runEnded));
         } catch (const std::system_error& failure) {
             throw std::system_error(failure.code(), "thread constructor failed");
         }
@@ -54,7 +59,7 @@ void MacCommonPipe::StartPipe() {
     serving.wait();
 }
 
-void MacCommonPipe::StartInThread(std::promise<void> started) {
+void MacCommonPipe::StartInThread(std::promise<void> started, std::promise<void> runEnded) {
     platform::nameCurrentThread(kReceiverThreadName);
     {
         bql::MutexLock guard(lock);
@@ -76,11 +81,14 @@ void MacCommonPipe::StartInThread(std::promise<void> started) {
         }
         runLoopSource = CFMessagePortCreateRunLoopSource(kCFAllocatorDefault, localPort, 0);
         runLoop = CFRunLoopGetCurrent();
+        // Kept until StopPipe is done with it, which may be after this thread has ended.
+        CFRetain(runLoop);
         CFRunLoopAddSource(runLoop, runLoopSource, kCFRunLoopCommonModes);
     }
     started.set_value();
-    // Returns once StopPipe stops the loop; a stop that comes first makes it return at once.
+    // Returns once StopPipe stops the loop.
     CFRunLoopRun();
+    runEnded.set_value();
 }
 
 CFDataRef MacCommonPipe::localPortCallback(CFMessagePortRef, SInt32, CFDataRef data, void* info) {
@@ -104,7 +112,12 @@ CFDataRef MacCommonPipe::localPortCallback(CFMessagePortRef, SInt32, CFDataRef d
 void MacCommonPipe::StopPipe() {
     bql::MutexLock guard(lock);
     if (runLoop != nullptr) {
-        CFRunLoopStop(runLoop);
+        // A stop ends only a run under way: one that comes between the receiver's start and its
+        // run is forgotten, so stop until the run has ended.
+        do {
+            CFRunLoopStop(runLoop);
+        } while (receiverRunEnded.wait_for(kStopRetryInterval) != std::future_status::ready);
+        CFRelease(runLoop);
         runLoop = nullptr;
     }
     // The receiver takes the lock only while it sets up, so joining under it is safe.

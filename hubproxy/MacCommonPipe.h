@@ -40,7 +40,7 @@ protected:
     ~MacCommonPipe();
 
 private:
-    void StartInThread(std::promise<void> started);
+    void StartInThread(std::promise<void> started, std::promise<void> runEnded);
     static CFDataRef localPortCallback(CFMessagePortRef port, SInt32 messageId, CFDataRef data, void* info);
 
     CFMessagePortRef localPort BQL_GUARDED_BY(lock) = nullptr;
@@ -54,5 +54,7 @@ private:
     const std::function<int(unsigned char*, int)> onReceive;
     std::thread runThread BQL_GUARDED_BY(lock);
     bql::Mutex lock;
+    // The receiver's run loop, retained while it serves, and whether its run has ended.
     CFRunLoopRef runLoop BQL_GUARDED_BY(lock) = nullptr;
+    std::future<void> receiverRunEnded BQL_GUARDED_BY(lock);
 };

@@ -161,6 +161,17 @@ TEST_F(PipeTest, StopPipeJoinsTheReceiverAndReleasesThePort) {
     EXPECT_FALSE(Exists(PortPath("com.bqlhub.colloq")));
 }
 
+// The stop comes while the receiver may not have begun to wait for messages yet.
+TEST_F(PipeTest, StopRightAfterEachStartEndsTheReceiverEveryTime) {
+    CClientPipe client(L"name", nullptr, nullptr, 5);
+    for (int round = 0; round < 200; ++round) {
+        client.StartPipe();
+        client.StopPipe();
+        ASSERT_EQ(ReceiverThreadCount(), 0) << "round " << round;
+    }
+    EXPECT_FALSE(client.IsListening());
+}
+
 TEST_F(PipeTest, PipeDestroyedWhileListeningStopsItsReceiver) {
     {
         CClientPipe client(L"name", nullptr, nullptr, 5);

@@ -26,6 +26,7 @@ typedef CFStringRef CFRunLoopMode;
 
 /* Memory */
 extern const CFAllocatorRef kCFAllocatorDefault;
+CFTypeRef CFRetain(CFTypeRef cf);
 void CFRelease(CFTypeRef cf);
 
 /* Strings */

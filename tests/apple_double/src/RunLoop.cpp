@@ -51,12 +51,13 @@ RunLoop::RunLoop() : loop(std::make_shared<boost::asio::io_context>(1)) {}
 RunLoop::~RunLoop() = default;
 
 void RunLoop::run() {
+    // A stop ends the run under way; one that came while none was under way ends nothing.
+    loop->restart();
     try {
         loop->run();
     } catch (const std::exception& failure) {
         reportMisuse("CFRunLoopRun", failure.what());
     }
-    loop->restart();
 }
 
 void RunLoop::stop() { loop->stop(); }

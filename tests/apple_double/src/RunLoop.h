@@ -18,8 +18,8 @@ public:
 
     // Scheduled ports hold the context weakly: it ends with the loop, and with it their waits.
     std::shared_ptr<boost::asio::io_context> context() const { return loop; }
-    // Returns once stopped, or at once when nothing is scheduled. A stop that came first ends
-    // the next run at once.
+    // Returns once stopped, or at once when nothing is scheduled. A stop that came while no run
+    // was under way is forgotten, as on Apple systems.
     void run();
     void stop();
 

@@ -1,4 +1,4 @@
-// CFRelease, CFString and CFData.
+// CFRetain, CFRelease, CFString and CFData.
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <cstring>
@@ -18,6 +18,15 @@ extern "C" {
 
 // A synonym for NULL, as on Apple systems.
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
+
+CFTypeRef CFRetain(CFTypeRef cf) {
+    if (cf == nullptr) {
+        reportMisuse(__func__, "null object");
+    } else if (!appledouble::retain(cf)) {
+        reportMisuse(__func__, "no live object");
+    }
+    return cf;
+}
 
 void CFRelease(CFTypeRef cf) {
     if (cf == nullptr) {

@@ -4,6 +4,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <chrono>
 #include <future>
 #include <string>
 #include <thread>
@@ -45,6 +46,7 @@ public:
             threadId_ = std::this_thread::get_id();
             started.set_value(CFRunLoopGetCurrent());
             CFRunLoopRun();
+            ran_.set_value();
             // The run also ends on its own when the only port is invalidated; the thread, and
             // with it its run loop, stays until Stop has stopped that loop.
             stopped_.get_future().wait();
@@ -59,7 +61,11 @@ public:
 
     void Stop() {
         if (loop_ != nullptr) {
-            CFRunLoopStop(loop_);
+            // A stop before the thread's run has begun ends nothing: stop until the run has ended.
+            std::future<void> ran = ran_.get_future();
+            do {
+                CFRunLoopStop(loop_);
+            } while (ran.wait_for(std::chrono::milliseconds(10)) != std::future_status::ready);
             loop_ = nullptr;
             stopped_.set_value();
         }
@@ -91,6 +97,7 @@ private:
     CFMessagePortRef port_ = nullptr;
     CFRunLoopSourceRef source_ = nullptr;
     CFRunLoopRef loop_ = nullptr;
+    std::promise<void> ran_;
     std::promise<void> stopped_;
     std::thread::id threadId_;
     std::thread thread_;

@@ -3,10 +3,12 @@
 #include <chrono>
 #include <future>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "PortFixture.h"
+#include "bqltest/Inbox.h"
 
 namespace {
 
@@ -38,28 +40,39 @@ TEST_F(RunLoop, RunWithNothingScheduledReturnsAtOnce) {
     EXPECT_EQ(run.wait_for(60s), std::future_status::ready);
 }
 
-TEST_F(RunLoop, StopBeforeTheRunEndsTheRunAtOnce) {
-    ServedPort served("com.bqlhub.colloq");
+CFDataRef RecordMessageId(CFMessagePortRef, SInt32 id, CFDataRef, void* info) {
+    static_cast<bqltest::Inbox<SInt32>*>(info)->put(id);
+    return nullptr;
+}
+
+// A stop ends the run under way; one made while no run was under way ends nothing.
+TEST_F(RunLoop, StopBeforeTheRunIsForgottenAndTheRunServesUntilTheNextStop) {
+    bqltest::Inbox<SInt32> received;
     std::promise<CFRunLoopRef> created;
-    std::promise<void> stopped;
+    std::promise<void> stoppedEarly;
     std::future<void> run = std::async(std::launch::async, [&] {
         CFStringRef name = Name("com.bqlhub.hub");
-        CFMessagePortContext context{0, nullptr, nullptr, nullptr, nullptr};
-        CFMessagePortRef port = CFMessagePortCreateLocal(kCFAllocatorDefault, name, nullptr, &context, nullptr);
+        CFMessagePortContext context{0, &received, nullptr, nullptr, nullptr};
+        CFMessagePortRef port = CFMessagePortCreateLocal(kCFAllocatorDefault, name, &RecordMessageId, &context, nullptr);
         CFRunLoopSourceRef source = CFMessagePortCreateRunLoopSource(kCFAllocatorDefault, port, 0);
         CFRunLoopAddSource(CFRunLoopGetCurrent(), source, kCFRunLoopCommonModes);
         created.set_value(CFRunLoopGetCurrent());
-        stopped.get_future().wait();
+        stoppedEarly.get_future().wait();
         CFRunLoopRun();
         CFMessagePortInvalidate(port);
         CFRelease(source);
         CFRelease(port);
         CFRelease(name);
     });
-    CFRunLoopStop(created.get_future().get());
-    stopped.set_value();
+    CFRunLoopRef loop = created.get_future().get();
+    CFRunLoopStop(loop);
+    stoppedEarly.set_value();
 
-    EXPECT_EQ(run.wait_for(60s), std::future_status::ready) << "the earlier stop was lost";
+    ASSERT_EQ(SendTo("com.bqlhub.hub", {1, 2, 3}, 7), kCFMessagePortSuccess);
+    EXPECT_TRUE(received.waitFor(1)) << "the run ended on a stop made before it began";
+    CFRunLoopStop(loop);
+    EXPECT_EQ(run.wait_for(60s), std::future_status::ready);
+    EXPECT_EQ(received.items(), std::vector<SInt32>{7});
 }
 
 TEST_F(RunLoop, StopFromAnotherThreadEndsTheRunAndTheNextRunServesAgain) {
