@@ -143,7 +143,7 @@ TEST_F(ColloqProxyTest, OpenPipeTwiceStartsThePipeOnceAndLogsOnce) {
 
     endpoint.OpenPipe();
 
-    EXPECT_EQ(ReceiverThreadCount(), 1);
+    EXPECT_EQ(SettledReceiverThreadCount(1), 1);
     EXPECT_EQ(log.count("void CColloqProxy::OpenPipe() <> pipe started (Colloq side)."), 1);
 }
 
@@ -153,7 +153,7 @@ TEST_F(ColloqProxyTest, ClosePipeOnAClosedEndpointLogsNothing) {
     endpoint.ClosePipe();
     endpoint.ClosePipe();
 
-    EXPECT_EQ(ReceiverThreadCount(), 0);
+    EXPECT_EQ(SettledReceiverThreadCount(0), 0);
     EXPECT_EQ(log.count("void CColloqProxy::ClosePipe() <> pipe stoped (Colloq side)."), 1);
 }
 
@@ -179,7 +179,7 @@ TEST_F(ColloqProxyTest, DestroyingTheEndpointClosesThePipe) {
         Endpoint endpoint;
     }
 
-    EXPECT_EQ(ReceiverThreadCount(), 0);
+    EXPECT_EQ(SettledReceiverThreadCount(0), 0);
     EXPECT_EQ(log.count("pipe stoped (Colloq side)."), 1);
 }
 

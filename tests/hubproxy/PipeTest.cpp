@@ -129,7 +129,7 @@ TEST_F(PipeTest, StartPipeTwiceKeepsOneReceiverAndOnePort) {
     client.StartPipe();
 
     EXPECT_TRUE(client.IsListening());
-    EXPECT_EQ(ReceiverThreadCount(), 1);
+    EXPECT_EQ(SettledReceiverThreadCount(1), 1);
     unsigned char first = 1, second = 2;
     hub.Send(&first, 1);
     hub.Send(&second, 1);
@@ -144,7 +144,7 @@ TEST_F(PipeTest, StopPipeOnANeverStartedPipeDoesNothing) {
     client.StopPipe();
 
     EXPECT_FALSE(client.IsListening());
-    EXPECT_EQ(ReceiverThreadCount(), 0);
+    EXPECT_EQ(SettledReceiverThreadCount(0), 0);
     EXPECT_FALSE(Exists(PortPath("com.bqlhub.colloq")));
 }
 
@@ -157,7 +157,7 @@ TEST_F(PipeTest, StopPipeJoinsTheReceiverAndReleasesThePort) {
     client.StopPipe();
 
     EXPECT_FALSE(client.IsListening());
-    EXPECT_EQ(ReceiverThreadCount(), 0);
+    EXPECT_EQ(SettledReceiverThreadCount(0), 0);
     EXPECT_FALSE(Exists(PortPath("com.bqlhub.colloq")));
 }
 
@@ -167,7 +167,7 @@ TEST_F(PipeTest, StopRightAfterEachStartEndsTheReceiverEveryTime) {
     for (int round = 0; round < 200; ++round) {
         client.StartPipe();
         client.StopPipe();
-        ASSERT_EQ(ReceiverThreadCount(), 0) << "round " << round;
+        ASSERT_EQ(SettledReceiverThreadCount(0), 0) << "round " << round;
     }
     EXPECT_FALSE(client.IsListening());
 }
@@ -176,10 +176,10 @@ TEST_F(PipeTest, PipeDestroyedWhileListeningStopsItsReceiver) {
     {
         CClientPipe client(L"name", nullptr, nullptr, 5);
         client.StartPipe();
-        ASSERT_EQ(ReceiverThreadCount(), 1);
+        ASSERT_EQ(SettledReceiverThreadCount(1), 1);
     }
 
-    EXPECT_EQ(ReceiverThreadCount(), 0);
+    EXPECT_EQ(SettledReceiverThreadCount(0), 0);
     EXPECT_FALSE(Exists(PortPath("com.bqlhub.colloq")));
 }
 
@@ -271,7 +271,7 @@ TEST_F(PipeTest, SecondOwnerOfTheLocalPortCannotListenButStillSends) {
     EXPECT_EQ(atFirst.items()[0], Block{6});
 
     second.StopPipe();
-    EXPECT_EQ(ReceiverThreadCount(), 2) << "the first pipe's and the hub's receivers only";
+    EXPECT_EQ(SettledReceiverThreadCount(2), 2) << "the first pipe's and the hub's receivers only";
     second.StartPipe();
     second.StopPipe();
     EXPECT_TRUE(Exists(PortPath("com.bqlhub.colloq"))) << "the failed pipe removed the owner's port file";

@@ -31,7 +31,7 @@ TEST_F(SocketPipeConcurrencyTest, StartAndStopFromTwoThreadsAtOnceNeverWaitForEa
     }
     client.StopPipe();
 
-    EXPECT_EQ(ReceiverThreadCount(), 0);
+    EXPECT_EQ(SettledReceiverThreadCount(0), 0);
     EXPECT_FALSE(client.IsListening());
 }
 
@@ -43,7 +43,7 @@ TEST_F(SocketPipeConcurrencyTest, StartsFromTwoThreadsAtOnceLeaveOneReceiver) {
     ASSERT_EQ(first.wait_for(30s), std::future_status::ready);
     ASSERT_EQ(second.wait_for(30s), std::future_status::ready);
 
-    EXPECT_EQ(ReceiverThreadCount(), 1);
+    EXPECT_EQ(SettledReceiverThreadCount(1), 1);
     EXPECT_TRUE(client.IsListening());
     client.StopPipe();
 }
