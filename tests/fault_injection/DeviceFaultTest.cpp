@@ -10,17 +10,8 @@
 namespace e2e {
 namespace {
 
-class DeviceFault : public PluginEndToEnd {
+class DeviceFault : public WithTwoHeadsets {
 protected:
-    void SetUp() override {
-        PluginEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        first = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        second = plugHeadset(0x0c2d, "SN2", "Model 7.2");
-    }
-
     void failNext(const char* operation, int32_t status) {
         ASSERT_EQ(vexilctl_inject_fault(operation, status, 1), VEXILCTL_OK);
     }
@@ -28,9 +19,6 @@ protected:
     std::size_t countOf(const std::vector<std::string>& lines, const std::string& line) {
         return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
     }
-
-    Headset first;
-    Headset second;
 };
 
 TEST_F(DeviceFault, DeviceListFailingAtActivationLeavesThePluginInactiveUntilTheNextDeviceReport) {

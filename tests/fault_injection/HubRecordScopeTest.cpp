@@ -27,14 +27,13 @@ std::string names(const std::vector<HostCall>& operations) {
     return "[" + text + "]";
 }
 
-class HubRecordScope : public HubModeEndToEnd {
+class HubRecordScope : public StartedInHubMode {
 protected:
     void SetUp() override {
-        HubModeEndToEnd::SetUp();
+        StartedInHubMode::SetUp();
         if (HasFatalFailure()) {
             return;
         }
-        ASSERT_NO_FATAL_FAILURE(startInHubMode());
         fireCall(CallbackSlot::OnIncoming, kCall, clientstate::kRinging, "5550141", "Ann Kay");
         expectReceivedMatching("incoming call", callRecord(hubcode::kIncoming, kCall));
     }

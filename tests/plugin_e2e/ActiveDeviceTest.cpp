@@ -8,17 +8,8 @@ namespace {
 // Another vendor's speakerphone as the client names it.
 const std::string kSpeakerphoneId = "AppleUSBAudioEngine:Acme:Desk Speaker 9";
 
-class ActiveDevice : public PluginEndToEnd {
+class ActiveDevice : public WithTwoHeadsets {
 protected:
-    void SetUp() override {
-        PluginEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        first = plugHeadset(0x0a1b, "SN1", "Model 5.1");
-        second = plugHeadset(0x0c2d, "SN2", "Model 7.2");
-    }
-
     int32_t refreshCount() {
         int32_t count = -1;
         EXPECT_EQ(vexilctl_refresh_count(&count), VEXILCTL_OK);
@@ -38,9 +29,6 @@ protected:
         }
         return kinds;
     }
-
-    Headset first;
-    Headset second;
 };
 
 TEST_F(ActiveDevice, ClientChoosingAnotherHeadsetMakesItTheRuntimesActiveDevice) {

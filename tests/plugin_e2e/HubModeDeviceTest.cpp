@@ -9,16 +9,8 @@ constexpr const char* kEventOfNoCall =
     "into pluginThread() case: VEXIL_CALL_EVENT, Start processing which is not related to a call";
 constexpr const char* kSetActiveDeviceLocation = "virtual void BQLColloqVexilProxy::setActiveDevice(const char *)";
 
-class HubModeDevice : public HubModeEndToEnd {
+class HubModeDevice : public StartedInHubMode {
 protected:
-    void SetUp() override {
-        HubModeEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        ASSERT_NO_FATAL_FAILURE(startInHubMode());
-    }
-
     void expectDeviceRequest(const HubRecord& record, int64_t deviceAction) {
         EXPECT_EQ(record.messageType, hubcode::kDeviceMessage) << describe(record);
         EXPECT_EQ(record.callState, hubcode::kDeviceRequest) << describe(record);

@@ -13,16 +13,8 @@ constexpr const char* kDtmfCase = "processVexilEvent(EventPtr comeEvent): case: 
 // A second headset of the maker as the hub names it.
 constexpr const char* kOtherHeadsetPath = "hid/vid_2f0c&pid_0c2d/SN2";
 
-class HubModeEvents : public HubModeEndToEnd {
+class HubModeEvents : public StartedInHubMode {
 protected:
-    void SetUp() override {
-        HubModeEndToEnd::SetUp();
-        if (HasFatalFailure()) {
-            return;
-        }
-        ASSERT_NO_FATAL_FAILURE(startInHubMode());
-    }
-
     void ringCall(int32_t id) {
         fireCall(CallbackSlot::OnIncoming, id, clientstate::kRinging, "5550100", "Gil Park");
         expectReceivedMatching("incoming call", callRecord(hubcode::kIncoming, id));

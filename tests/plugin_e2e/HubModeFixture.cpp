@@ -168,4 +168,12 @@ bool HubModeEndToEnd::waitUntil(const std::function<bool()>& condition, std::chr
     return true;
 }
 
+void StartedInHubMode::SetUp() {
+    HubModeEndToEnd::SetUp();
+    if (HasFatalFailure()) {
+        return;
+    }
+    ASSERT_NO_FATAL_FAILURE(startInHubMode());
+}
+
 }  // namespace e2e

@@ -92,4 +92,10 @@ private:
     int checksBeforeStart = 0;
 };
 
+// Tests that start with the plug-in serving through the hub.
+class StartedInHubMode : public HubModeEndToEnd {
+protected:
+    void SetUp() override;
+};
+
 }  // namespace e2e

@@ -344,4 +344,13 @@ void StartedWithOneHeadset::SetUp() {
     startWithHeadset(headset);
 }
 
+void WithTwoHeadsets::SetUp() {
+    PluginEndToEnd::SetUp();
+    if (HasFatalFailure()) {
+        return;
+    }
+    first = plugHeadset(0x0a1b, "SN1", "Model 5.1");
+    second = plugHeadset(0x0c2d, "SN2", "Model 7.2");
+}
+
 }  // namespace e2e

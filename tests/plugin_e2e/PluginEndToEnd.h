@@ -144,4 +144,13 @@ protected:
     Headset headset;
 };
 
+// Tests of choosing between two headsets of the maker, both plugged in before the start.
+class WithTwoHeadsets : public PluginEndToEnd {
+protected:
+    void SetUp() override;
+
+    Headset first;
+    Headset second;
+};
+
 }  // namespace e2e
