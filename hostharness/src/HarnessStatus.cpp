@@ -34,6 +34,8 @@ const char* describe(HarnessStatus status) {
             return "the plug-in is already initialized";
         case HarnessStatus::NotInitialized:
             return "the plug-in is not initialized";
+        case HarnessStatus::ThreadNotStarted:
+            return "the thread could not be started";
     }
     return "unknown status";
 }

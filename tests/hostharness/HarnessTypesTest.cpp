@@ -98,7 +98,7 @@ TEST(CallbackSlotTest, SeventeenSlotsHoldCallbacksAndSixAreEmpty) {
 
 TEST(HarnessStatusTest, EveryStatusHasItsOwnDescription) {
     std::set<std::string> descriptions;
-    const int kStatuses = static_cast<int>(HarnessStatus::NotInitialized) + 1;
+    const int kStatuses = static_cast<int>(HarnessStatus::ThreadNotStarted) + 1;
     for (int status = 0; status < kStatuses; ++status) {
         descriptions.insert(hostharness::describe(static_cast<HarnessStatus>(status)));
     }

@@ -22,6 +22,7 @@ enum class HarnessStatus : int32_t {
     NotLoaded,
     AlreadyInitialized,
     NotInitialized,
+    ThreadNotStarted,   // the system refused a thread of the requested stack size
 };
 
 // A short fixed English description, never null.
