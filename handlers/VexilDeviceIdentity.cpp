@@ -1,5 +1,5 @@
 // The direct handler's device lookups, all by walking the runtime's device list.
-#include <regex>
+#include <optional>
 #include <string>
 
 #include "bqlutil/Converter.h"
@@ -71,10 +71,15 @@ std::string BQLColloqVexil::GetPathFromColloqId(const char* colloqId) {
     const std::string name = Converter::ConvertToString(Converter::ConvertToWString(GetNameFromColloqPath(colloqId)));
     std::string path;
     // The name is a pattern ("." matches the "_" or "-" the client replaced); one that is not a
-    // valid pattern throws std::regex_error to the caller.
+    // valid pattern throws std::regex_error to the caller. It is compiled at the first device,
+    // so a walk that finds none reports "not found" for any name.
+    std::optional<DeviceNamePattern> pattern;
     const bool matched = vexilwalk::walkDevices(internalSessionManager(), [&](IDevice& device) {
         const std::string productName = vexilwalk::readNarrow(device, DeviceText::ProductName);
-        if (!std::regex_match(productName, deviceNamePattern(name))) {
+        if (!pattern) {
+            pattern.emplace(name);
+        }
+        if (!pattern->matchesWhole(productName)) {
             return false;
         }
         path = vexilwalk::readNarrow(device, DeviceText::Path);

@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   g++ clang libclang-rt-14-dev cmake ninja-build make pkg-config
   libboost-thread-dev libboost-system-dev libboost-chrono-dev libboost-locale-dev libboost-dev
-  liblog4cxx-dev
+  liblog4cxx-dev libre2-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   procps
 )
