@@ -155,6 +155,11 @@ void deviceIds() {
     write(fuzzer, "nested-repetitions", "a:b:(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*(.*)*X");
     write(fuzzer, "overlong-back-reference", "x:y:(Model 5)\\12345678901234567890123");
     write(fuzzer, "overlong-count", "x:y:Model 5{0,12345678901234567890123}");
+    // Names whose compile once recursed per term and overflowed a 512 KiB stack.
+    write(fuzzer, "one-letter-8k", "x:y:" + std::string(8192, 'A'));
+    write(fuzzer, "nested-groups-4k", "x:y:" + std::string(2047, '(') + "A" + std::string(2047, ')'));
+    // Syntax that RE2 reads otherwise than ECMAScript, refused as invalid.
+    write(fuzzer, "perl-only-syntax", "x:y:(?i)model \\QX\\E{,2}[]");
 }
 
 void texts() {
