@@ -55,6 +55,8 @@ std::vector<HostileDeviceName> hostileDeviceNames() {
     for (const std::size_t bytes : {4 * KiB, 64 * KiB}) {
         add("nested repetitions, " + sizeText(bytes), repeated("(.*)*", bytes - 1, "#"));
         add("alternations, " + sizeText(bytes), repeated("A|", bytes - 1, "A"));
+        // Every term may match nothing, so every state of the compiled name is live at once.
+        add("optional letters, " + sizeText(bytes), repeated("a?", bytes));
         add("nested groups, " + sizeText(bytes), nestedGroups(bytes));
         add("unclosed parentheses, " + sizeText(bytes), std::string(bytes, '('));
         add("unopened parentheses, " + sizeText(bytes), std::string(bytes, ')'));
