@@ -13,12 +13,13 @@ void printUsage(std::ostream& out) {
     out << "usage: bql-bench [--smoke] [--events N] [--throughput-events N] [--idle-seconds S]\n"
            "                 [--lifecycle-runs N] [--phases LIST] [--json FILE] [--hide-other-hubs]\n"
            "                 [--plugin PATH] [--hub PATH]\n"
-           "  --smoke               small counts (CI): 2000 events, 3 s idle window, 2 lifecycle runs\n"
+           "  --smoke               small counts (CI): 2000 events, 3 s idle window, 2 lifecycle runs,\n"
+           "                        2 rounds of the hostile device names (20 without it)\n"
            "  --events N            samples per latency path and calls for the memory figures (100000)\n"
            "  --throughput-events N events per producer count (200000)\n"
            "  --idle-seconds S      idle CPU window (60)\n"
            "  --lifecycle-runs N    initialize/uninitialize rounds (20)\n"
-           "  --phases LIST         comma-separated: lifecycle,idle,direct,throughput,hub (all)\n"
+           "  --phases LIST         comma-separated: lifecycle,idle,direct,throughput,names,hub (all)\n"
            "  --json FILE           also write the figures as JSON\n"
            "  --hide-other-hubs     direct-mode phases: hide other hub processes on this machine from\n"
            "                        the plug-in's hub check (a ps first on PATH that leaves them out)\n";
@@ -93,7 +94,7 @@ bool parseOptions(int argc, char** argv, Options& options, bool* exitNow) {
             std::istringstream list(optarg);
             for (std::string phase; std::getline(list, phase, ',');) {
                 if (phase != "lifecycle" && phase != "idle" && phase != "direct" && phase != "throughput" &&
-                    phase != "hub") {
+                    phase != "names" && phase != "hub") {
                     std::cerr << "bql-bench: unknown phase '" << phase << "'\n";
                     return false;
                 }
@@ -122,6 +123,7 @@ bool parseOptions(int argc, char** argv, Options& options, bool* exitNow) {
         options.throughputEvents = throughputGiven ? options.throughputEvents : 4000;
         options.idleSeconds = idleGiven ? options.idleSeconds : 3;
         options.lifecycleRuns = runsGiven ? options.lifecycleRuns : 2;
+        options.nameRounds = 2;
     }
     return true;
 }

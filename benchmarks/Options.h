@@ -13,7 +13,8 @@ struct Options {
     int64_t throughputEvents = 200000; // events per producer count
     double idleSeconds = 60;
     int lifecycleRuns = 20;
-    std::set<std::string> phases{"lifecycle", "idle", "direct", "throughput", "hub"};
+    int nameRounds = 20;              // rounds of every hostile device name
+    std::set<std::string> phases{"lifecycle", "idle", "direct", "throughput", "names", "hub"};
     bool hideOtherHubs = false;       // direct-mode phases: the plug-in's hub check sees no hub
     std::string jsonPath;
     std::string pluginPath;

@@ -22,5 +22,8 @@ void runThroughput(PluginSession& session, const Options& options, Results& resu
 // Hub mode: plug-in -> hub record and hub record -> answerCall, with the raw datagram bounds.
 // Needs the plug-in uninitialized; starts the hub process, and leaves the plug-in uninitialized.
 void runHubPaths(PluginSession& session, const Options& options, Results& results);
+// onActiveDeviceChanged with every hostile device name, `nameRounds` times each, on a thread with
+// the client's 512 KiB secondary stack, beside a short valid name of a device that is not listed.
+void runDeviceNames(PluginSession& session, const Options& options, Results& results);
 
 }  // namespace bench

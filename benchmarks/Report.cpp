@@ -55,6 +55,31 @@ std::string jsonSummary(const LatencySummary& s) {
 
 double idlePercent(double seconds, double window) { return window > 0 ? 100.0 * seconds / window : 0; }
 
+// No target: the figures say how long a hostile name keeps the client's thread.
+void printDeviceNames(const DeviceNameFigures& names, std::ostream& out) {
+    out << "\nDevice-name callback on a 512 KiB-stack thread (onActiveDeviceChanged, fire to return;\n"
+           "microseconds; "
+        << names.rounds << " rounds of every hostile name, the headset chosen again after each)\n";
+    if (!names.problem.empty()) {
+        out << "  NOT VALID: " << names.problem << "\n";
+        return;
+    }
+    const LatencySummary& b = names.lowerBound;
+    out << "  lower bound  n=" << b.count << "  (short valid name of a device not listed: \""
+        << names.boundIdentifier << "\")\n"
+        << format("               median %9.1f  p99 %9.1f  worst %9.1f", b.p50Us, b.p99Us, b.maxUs) << "\n"
+        << format("  %-28s %5s %7s %11s %11s  %s", "group", "names", "samples", "median", "worst", "worst name")
+        << "\n";
+    for (const NameGroupFigures& g : names.groups) {
+        out << format("  %-28s %5zu %7zu %11.1f %11.1f  ", g.group.c_str(), g.names, g.times.count, g.times.p50Us,
+                      g.times.maxUs)
+            << g.worstLabel << "\n";
+    }
+    out << format("  worst over every hostile name: %.1f us (%.1f ms), ", names.worstUs, names.worstUs / 1000)
+        << names.worstLabel << format("; %.1fx the bound's median (no target)", ratio(names.worstUs, b.p50Us))
+        << "\n";
+}
+
 }  // namespace
 
 void printReport(const Results& results, const Options& options, std::ostream& out) {
@@ -155,6 +180,10 @@ void printReport(const Results& results, const Options& options, std::ostream& o
                 << "\n";
         }
     }
+
+    if (results.deviceNames.measured) {
+        printDeviceNames(results.deviceNames, out);
+    }
 }
 
 bool writeJson(const Results& results, const Options& options, const std::string& path) {
@@ -185,7 +214,20 @@ bool writeJson(const Results& results, const Options& options, const std::string
     }
     out << "],\"lifecycle\":{\"connect\":" << jsonSummary(results.lifecycle.connect)
         << ",\"uninitialize\":" << jsonSummary(results.lifecycle.uninitialize)
-        << ",\"problem\":" << jsonText(results.lifecycle.problem) << "}}\n";
+        << ",\"problem\":" << jsonText(results.lifecycle.problem) << "}";
+    const DeviceNameFigures& names = results.deviceNames;
+    if (names.measured) {
+        out << ",\"device_names\":{\"rounds\":" << names.rounds << ",\"bound\":" << jsonText(names.boundIdentifier)
+            << ",\"lower_bound\":" << jsonSummary(names.lowerBound) << ",\"groups\":[";
+        for (std::size_t i = 0; i < names.groups.size(); ++i) {
+            const NameGroupFigures& g = names.groups[i];
+            out << (i ? "," : "") << "{\"group\":" << jsonText(g.group) << ",\"names\":" << g.names
+                << ",\"times\":" << jsonSummary(g.times) << ",\"worst_name\":" << jsonText(g.worstLabel) << "}";
+        }
+        out << "],\"worst_us\":" << std::to_string(names.worstUs) << ",\"worst_name\":" << jsonText(names.worstLabel)
+            << ",\"problem\":" << jsonText(names.problem) << "}";
+    }
+    out << "}\n";
     return static_cast<bool>(out);
 }
 
@@ -200,7 +242,8 @@ bool allValid(const Results& results) {
             return false;
         }
     }
-    return results.idle.problem.empty() && results.memoryProblem.empty() && results.lifecycle.problem.empty();
+    return results.idle.problem.empty() && results.memoryProblem.empty() && results.lifecycle.problem.empty() &&
+           results.deviceNames.problem.empty();
 }
 
 }  // namespace bench

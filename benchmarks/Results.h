@@ -1,6 +1,7 @@
 // The figures of one run, as the phases fill them in and the report prints them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -44,6 +45,26 @@ struct LifecycleFigures {
     bool measured = false;
 };
 
+// One group of hostile device names ("one letter", "single bytes", ...): every round of every
+// name in it, and the name that took longest.
+struct NameGroupFigures {
+    std::string group;
+    std::size_t names = 0;
+    LatencySummary times;
+    std::string worstLabel;
+};
+
+struct DeviceNameFigures {
+    int rounds = 0;
+    std::string boundIdentifier;     // the short valid name of an unlisted device, timed the same way
+    LatencySummary lowerBound;
+    std::vector<NameGroupFigures> groups;
+    double worstUs = 0;               // over every hostile name and round
+    std::string worstLabel;
+    std::string problem;
+    bool measured = false;
+};
+
 struct Results {
     std::vector<PathFigures> paths;
     std::vector<ThroughputFigures> throughput;
@@ -51,6 +72,7 @@ struct Results {
     std::vector<std::pair<int64_t, int64_t>> memory;  // calls done, resident bytes
     std::string memoryProblem;
     LifecycleFigures lifecycle;
+    DeviceNameFigures deviceNames;
 };
 
 }  // namespace bench

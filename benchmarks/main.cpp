@@ -38,6 +38,10 @@ void runDirectPhases(bench::PluginSession& session, const Options& options, benc
         std::cerr << "bql-bench: throughput, " << options.throughputEvents << " events per producer count\n";
         bench::runThroughput(session, options, results);
     }
+    if (wants(options, "names")) {
+        std::cerr << "bql-bench: hostile device names, " << options.nameRounds << " rounds on a 512 KiB stack\n";
+        bench::runDeviceNames(session, options, results);
+    }
     session.uninitialize();
 }
 
@@ -69,7 +73,8 @@ int main(int argc, char** argv) {
             std::cerr << "bql-bench: " << options.lifecycleRuns << " initialize/uninitialize rounds\n";
             bench::runLifecycle(session, options, results);
         }
-        if (wants(options, "idle") || wants(options, "direct") || wants(options, "throughput")) {
+        if (wants(options, "idle") || wants(options, "direct") || wants(options, "throughput") ||
+            wants(options, "names")) {
             runDirectPhases(session, options, results);
         }
         if (wants(options, "hub")) {
