@@ -2,6 +2,7 @@
 // through onActiveDeviceChanged on a thread with the stack of a client's secondary thread on
 // macOS: the callback returns 0, the process lives, and the next valid name still selects a
 // headset.
+#include <functional>
 #include <regex>
 #include <string>
 
@@ -16,19 +17,23 @@ using hostharness::HarnessStatus;
 
 class HostileDeviceName : public WithTwoHeadsets {
 protected:
-    // Fires onActiveDeviceChanged on a small-stack thread; returns what the plug-in returned.
-    int chooseOnSmallStack(const std::string& clientId) {
+    // Runs `work` on one small-stack thread, as a client's secondary thread calls in.
+    static void onSmallStack(const std::function<void()>& work) {
+        ASSERT_EQ(hostharness::runOnThreadWithStack(hostharness::kSecondaryThreadStack, work), HarnessStatus::Ok);
+    }
+
+    // Fires onActiveDeviceChanged from this thread; returns what the plug-in returned.
+    int choose(const std::string& clientId) {
         hostharness::CallbackArgs args;
         args.device = clientId;
         int result = -1;
-        HarnessStatus fired = HarnessStatus::Ok;
-        EXPECT_EQ(hostharness::runOnThreadWithStack(hostharness::kSecondaryThreadStack,
-                                                    [&] {
-                                                        fired = client().callbacks().fire(
-                                                            CallbackSlot::OnActiveDeviceChanged, args, &result);
-                                                    }),
-                  HarnessStatus::Ok);
-        EXPECT_EQ(fired, HarnessStatus::Ok);
+        EXPECT_EQ(client().callbacks().fire(CallbackSlot::OnActiveDeviceChanged, args, &result), HarnessStatus::Ok);
+        return result;
+    }
+
+    int chooseOnSmallStack(const std::string& clientId) {
+        int result = -1;
+        onSmallStack([&] { result = choose(clientId); });
         return result;
     }
 };
@@ -36,14 +41,16 @@ protected:
 TEST_F(HostileDeviceName, EachReturnsOnASmallStackAndTheNextValidNameSelectsTheHeadset) {
     allowErrors();  // names that are no valid pattern are logged as errors
     startWithHeadset(first);
-    const Headset* next = &second;
-    for (const hostharness::HostileDeviceName& hostile : hostharness::hostileDeviceNames()) {
-        SCOPED_TRACE(hostile.label);
-        EXPECT_EQ(chooseOnSmallStack(hostile.identifier), 0);
-        EXPECT_EQ(chooseOnSmallStack(clientDeviceId(*next)), 0);
-        ASSERT_EQ(runtimeActiveDevice(), next->path);
-        next = next == &second ? &first : &second;
-    }
+    onSmallStack([&] {
+        const Headset* next = &second;
+        for (const hostharness::HostileDeviceName& hostile : hostharness::hostileDeviceNames()) {
+            SCOPED_TRACE(hostile.label);
+            EXPECT_EQ(choose(hostile.identifier), 0);
+            EXPECT_EQ(choose(clientDeviceId(*next)), 0);
+            ASSERT_EQ(runtimeActiveDevice(), next->path);
+            next = next == &second ? &first : &second;
+        }
+    });
 }
 
 TEST_F(HostileDeviceName, NameTooLongToBeADevicesIsLoggedAsAnInvalidPatternAndChangesNothing) {

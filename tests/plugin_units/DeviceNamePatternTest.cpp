@@ -114,25 +114,25 @@ TEST(DeviceNamePatternMatch, EscapedSyntaxCharactersAreLiterals) {
 }
 
 TEST(DeviceNamePatternMatch, EveryHostileNameIsMatchedOrRefusedOnASmallStack) {
-    for (const hostharness::HostileDeviceName& hostile : hostharness::hostileDeviceNames()) {
-        SCOPED_TRACE(hostile.label);
-        const std::string name = GetNameFromColloqPath(hostile.identifier.c_str());
-        bool refused = false;
-        bool matched = true;
-        ASSERT_EQ(hostharness::runOnThreadWithStack(hostharness::kSecondaryThreadStack,
-                                                    [&] {
-                                                        try {
-                                                            matched = matches(name, "Model 5.1 Wireless");
-                                                        } catch (const std::regex_error&) {
-                                                            refused = true;
-                                                        }
-                                                    }),
-                  hostharness::HarnessStatus::Ok);
-        EXPECT_TRUE(refused || !matched);
-        if (name.size() > kMaximumDeviceNameLength) {
-            EXPECT_TRUE(refused);
+    const auto matchEach = [] {
+        for (const hostharness::HostileDeviceName& hostile : hostharness::hostileDeviceNames()) {
+            SCOPED_TRACE(hostile.label);
+            const std::string name = GetNameFromColloqPath(hostile.identifier.c_str());
+            bool refused = false;
+            bool matched = true;
+            try {
+                matched = matches(name, "Model 5.1 Wireless");
+            } catch (const std::regex_error&) {
+                refused = true;
+            }
+            EXPECT_TRUE(refused || !matched);
+            if (name.size() > kMaximumDeviceNameLength) {
+                EXPECT_TRUE(refused);
+            }
         }
-    }
+    };
+    ASSERT_EQ(hostharness::runOnThreadWithStack(hostharness::kSecondaryThreadStack, matchEach),
+              hostharness::HarnessStatus::Ok);
 }
 
 class DeviceNamePattern : public DirectHandlerTest {
