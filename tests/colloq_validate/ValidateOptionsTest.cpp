@@ -13,6 +13,17 @@ TEST(ValidateOptions, DefaultsAreTheFullRun) {
     EXPECT_EQ(options.clientThreads, 8);
     EXPECT_EQ(options.uninitializeLimitMs, 3000);
     EXPECT_TRUE(options.hub);
+    EXPECT_TRUE(options.names);
+    EXPECT_EQ(options.nameLimitMs, 2000);
+}
+
+TEST(ValidateOptions, NamesCanBeLeftOutOrGivenAnotherLimit) {
+    ValidateOptions options;
+    ASSERT_EQ(parseOptions({"--no-names", "--name-limit-ms", "10000"}, &options), "");
+    EXPECT_FALSE(options.names);
+    EXPECT_EQ(options.nameLimitMs, 10000);
+    EXPECT_EQ(parseOptions({"--name-limit-ms", "0"}, &options), "bad value for --name-limit-ms: \"0\"");
+    EXPECT_EQ(options.nameLimitMs, 10000);
 }
 
 TEST(ValidateOptions, SizesSeedAndPathsAreRead) {
@@ -60,6 +71,8 @@ TEST(ValidateOptions, HelpIsRecognised) {
     ASSERT_EQ(parseOptions({"--help"}, &options), "");
     EXPECT_TRUE(options.help);
     EXPECT_NE(usageText().find("--storm-seconds"), std::string::npos);
+    EXPECT_NE(usageText().find("--no-names"), std::string::npos);
+    EXPECT_NE(usageText().find("--name-limit-ms"), std::string::npos);
 }
 
 }  // namespace

@@ -24,7 +24,8 @@ bool readNumber(const std::string& text, Number min, Number max, Number* out) {
 std::string usageText() {
     return "usage: colloq-validate [options]\n"
            "Loads a plug-in of the Colloq accessory interface as the client does and checks that it\n"
-           "starts, stops and unloads cleanly, also under a storm of callbacks and headset events.\n"
+           "starts, stops and unloads cleanly, also under a storm of callbacks and headset events,\n"
+           "and that hostile device names neither crash, stall nor disable it.\n"
            "  --plugin PATH          the plug-in library (default: this build's libBQLColloqPlugin)\n"
            "  --hub-sim PATH         the hub simulator (default: this build's bql-hub-sim)\n"
            "  --cycles N             initialize/uninitialize cycles (default 200; at least 50 for the\n"
@@ -35,6 +36,9 @@ std::string usageText() {
            "  --no-hub               do not start and stop the hub simulator during the storm\n"
            "  --client-threads N     client threads firing callbacks in the storm (default 8)\n"
            "  --uninitialize-limit-ms N  longest allowed uninitialize (default 3000)\n"
+           "  --no-names             leave out the hostile device names\n"
+           "  --name-limit-ms N      longest allowed onActiveDeviceChanged with a hostile or valid\n"
+           "                         device name (default 2000)\n"
            "  --host-thread NAME     a thread of the host's environment, such as the one serving a\n"
            "                         main dispatch queue, that may outlive uninitialize (repeatable)\n"
            "  --rss-slack-kib N      allowed resident memory difference between the 50th and the\n"
@@ -54,6 +58,10 @@ std::string parseOptions(const std::vector<std::string>& arguments, ValidateOpti
         }
         if (name == "--no-hub") {
             options->hub = false;
+            continue;
+        }
+        if (name == "--no-names") {
+            options->names = false;
             continue;
         }
         if (i + 1 >= arguments.size()) {
@@ -79,6 +87,8 @@ std::string parseOptions(const std::vector<std::string>& arguments, ValidateOpti
             good = readNumber(value, 1, 256, &options->clientThreads);
         } else if (name == "--uninitialize-limit-ms") {
             good = readNumber(value, 1, 3600 * 1000, &options->uninitializeLimitMs);
+        } else if (name == "--name-limit-ms") {
+            good = readNumber(value, 1, 3600 * 1000, &options->nameLimitMs);
         } else if (name == "--host-thread") {
             good = !value.empty();
             options->hostThreads.push_back(value);

@@ -17,6 +17,8 @@ struct ValidateOptions {
     bool hub = true;         // whether the storm starts and stops the hub simulator
     int clientThreads = 8;
     int uninitializeLimitMs = 3000;
+    bool names = true;       // whether the hostile device names are handed (--no-names)
+    int nameLimitMs = 2000;  // longest allowed onActiveDeviceChanged in the names phase
     // Threads of the host's environment, not the plug-in's (--host-thread, repeatable).
     std::vector<std::string> hostThreads;
     // How much resident memory may differ between the 50th and the last cycle: the allocator's

@@ -1,6 +1,7 @@
 // colloq-validate: loads a plug-in of the Colloq accessory interface the way the client does and
-// checks that it starts, stops and unloads cleanly, again and again and under a storm. One line
-// per phase with its figures; the first failed check ends the run with status 1.
+// checks that it starts, stops and unloads cleanly, again and again and under a storm, and that
+// hostile device names neither crash, stall nor disable it. One line per phase with its figures;
+// the first failed check ends the run with status 1.
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -9,6 +10,7 @@
 
 #include "CyclePhase.h"
 #include "DlopenPhase.h"
+#include "NamePhase.h"
 #include "PortFolder.h"
 #include "StormPhase.h"
 #include "ValidateOptions.h"
@@ -38,7 +40,7 @@ bool reported(const PhaseReport& report) {
 }
 
 void skipped(const char* phase, const char* option) {
-    std::cout << phase << ": left out (" << option << " 0)" << std::endl;
+    std::cout << phase << ": left out (" << option << ")" << std::endl;
 }
 
 }  // namespace
@@ -71,14 +73,14 @@ int main(int argc, char** argv) {
             return kFailed;
         }
     } else {
-        skipped("cycles", "--cycles");
+        skipped("cycles", "--cycles 0");
     }
     if (options.dlopenCycles > 0) {
         if (!reported(runDlopenPhase({options.pluginPath, options.dlopenCycles, limits}))) {
             return kFailed;
         }
     } else {
-        skipped("dlopen", "--dlopen-cycles");
+        skipped("dlopen", "--dlopen-cycles 0");
     }
     if (options.stormSeconds > 0) {
         StormPhaseSettings storm;
@@ -94,7 +96,19 @@ int main(int argc, char** argv) {
             return kFailed;
         }
     } else {
-        skipped("storm", "--storm-seconds");
+        skipped("storm", "--storm-seconds 0");
+    }
+    if (options.names) {
+        NamePhaseSettings names;
+        names.pluginPath = options.pluginPath;
+        names.names = hostharness::hostileDeviceNames();
+        names.callbackLimit = std::chrono::milliseconds(options.nameLimitMs);
+        names.limits = limits;
+        if (!reported(runNamePhase(names))) {
+            return kFailed;
+        }
+    } else {
+        skipped("names", "--no-names");
     }
     std::cout << "colloq-validate: every check passed" << std::endl;
     return 0;
